@@ -1,0 +1,82 @@
+#pragma once
+
+#include "kvkalivo_export.h"
+
+#include <QDate>
+#include <QDateTime>
+#include <QMetaType>
+#include <QTime>
+
+#include <compare>
+
+/*!
+    \brief The spec's Date: a naive wall-clock value, days since 30 December 1899.
+
+    The whole part is the day, the fraction the time of day, exactly as an OLE Automation
+    date. There is no time zone and no daylight-saving shift: 02:30 on the night the clocks
+    go forward stays 02:30. Arithmetic is done on whole seconds, so adding minutes is exact.
+    Dates before the epoch follow the OLE convention: -1.25 is 29 December 1899, 06:00.
+*/
+class KVKALIVO_EXPORT kvDate
+{
+public:
+    constexpr kvDate() = default;
+
+    //! The OLE Automation value (days since 1899-12-30).
+    static kvDate fromDays(double oleDays);
+    static kvDate fromDate(QDate date, QTime time = QTime(0, 0));
+    //! Takes the wall-clock date and time of \a dateTime as they read; its zone is ignored.
+    static kvDate fromDateTime(const QDateTime &dateTime);
+    //! VB's DateSerial: months and days outside their range roll over (day 0 is the last of the previous month).
+    static kvDate DateSerial(int year, int month, int day);
+
+    double days() const { return m_days; }
+    bool isValid() const;
+
+    QDate date() const;
+    QTime time() const;
+    //! The wall-clock value carried in a QDateTime in UTC (never local time).
+    QDateTime toDateTime() const;
+
+    //! The day without its time of day (the whole part).
+    kvDate dateOnly() const;
+    long long dayNumber() const;   //!< whole days since 1899-12-30
+    int secondsOfDay() const;      //!< 0 .. 86399
+
+    int year() const { return date().year(); }
+    int month() const { return date().month(); }
+    int day() const { return date().day(); }
+    int hour() const { return secondsOfDay() / 3600; }
+    int minute() const { return secondsOfDay() / 60 % 60; }
+    int second() const { return secondsOfDay() % 60; }
+    //! Monday = 1 .. Sunday = 7, the numbering every rule of the spec uses.
+    int weekdayFromMonday() const;
+    //! Sunday = 1 .. Saturday = 7, VB's default Weekday().
+    int weekdayFromSunday() const;
+
+    kvDate addDays(long long days) const;
+    //! Keeps the day of the month, clamped to the last day of the target month.
+    kvDate addMonths(int months) const;
+    kvDate addMinutes(long long minutes) const;
+    kvDate addSeconds(long long seconds) const;
+
+    //! Whole days from \a other to this date, ignoring times of day.
+    long long daysSince(const kvDate &other) const { return dayNumber() - other.dayNumber(); }
+
+    friend bool operator==(const kvDate &a, const kvDate &b)
+    {
+        return a.serialSeconds() == b.serialSeconds();
+    }
+    friend std::strong_ordering operator<=>(const kvDate &a, const kvDate &b)
+    {
+        return a.serialSeconds() <=> b.serialSeconds();
+    }
+
+private:
+    static kvDate fromParts(long long dayNumber, long long secondsOfDay);
+    long long serialSeconds() const { return dayNumber() * 86400 + secondsOfDay(); }
+
+    double m_days = 0.0;
+};
+
+Q_DECLARE_METATYPE(kvDate)
