@@ -1,0 +1,49 @@
+#pragma once
+
+#include "kvkalivo_export.h"
+
+#include <QString>
+
+#include <functional>
+
+class kvError;
+
+/*!
+    \brief Part 1.3: how the control reports a failure, and the thread-wide RaiseErrorEvent switch.
+
+    A failing routine catches its failure and calls one of the Report functions with its code;
+    the description comes from DescribeCurrentException() inside the catch block.
+*/
+class KVKALIVO_EXPORT kvErrorReporting
+{
+public:
+    using RaiseEvent = std::function<void(kvError &)>;
+
+    static constexpr int MessageBoxStyleCritical = 16;
+
+    //! The thread-wide switch behind every control's \c RaiseErrorEvent (default False).
+    static bool RaiseErrorEvent();
+    static void setRaiseErrorEvent(bool raise);
+
+    //! "kvKalivo-Fehlercode " + code + CR LF + description.
+    static QString MessageText(int code, const QString &description);
+    static QString MessageTitle();
+
+    //! A routine of the main control failed: the Error event when RaiseErrorEvent, else the message box.
+    static void ReportFromControl(int code, const QString &description, const RaiseEvent &raiseEvent);
+    //! FillGrid's pending code: empty Description, or "kvKalivo-Fehlercode " + code alone.
+    static void ReportPendingCode(int code, const RaiseEvent &raiseEvent);
+    //! A day cell failed (codes 100, 200): swallowed when RaiseErrorEvent, else the message box.
+    static void ReportFromDayCell(int code, const QString &description);
+    //! The editor dialog failed (code 1000): always the message box.
+    static void ReportFromEditor(const QString &description);
+
+    //! Base + step, added as checked 16-bit integers (Part 1.3's step codes).
+    static qint16 StepCode(int base, int step);
+
+    //! The description of the exception being handled; call it inside a catch block only.
+    static QString DescribeCurrentException();
+
+private:
+    static void ShowMessageBox(const QString &text);
+};

@@ -1,0 +1,657 @@
+#include "kvKalivo.h"
+
+#include "ctlToolTip.h"
+#include "frmPicSelector.h"
+#include "kvCalendarWeek.h"
+#include "kvClock.h"
+#include "kvError.h"
+#include "kvErrorReporting.h"
+#include "kvFaultInjection.h"
+#include "kvFormat.h"
+#include "kvInt16.h"
+#include "kvOleColor.h"
+#include "kvPlatform.h"
+#include "kvPropertyBag.h"
+
+#include <QAction>
+#include <QActionGroup>
+#include <QApplication>
+#include <QDateEdit>
+#include <QIcon>
+#include <QLabel>
+#include <QPaintEvent>
+#include <QPainter>
+#include <QSignalBlocker>
+#include <QStatusBar>
+#include <QTimer>
+#include <QToolBar>
+
+namespace {
+
+// Before the first arrangement no day cell exists; the cell template's property defaults
+// (Part 3.2) stand in for "the first day cell's current colours" in ReadProperties.
+constexpr uint TemplateCellBackColor = 0xFFFFFFu;
+constexpr uint TemplateCellDayHeaderColor2 = 0x8000000Au;
+constexpr uint TemplateCellDayHeaderForeColor = 0;
+constexpr uint TemplateCellTodayHeaderColor = 0;
+
+constexpr int DatePickerWidth = 120;
+constexpr int ChromeSpacing = 4;
+constexpr int WeekdayCaptionHeight = 17;
+
+// VB's CStr of a Boolean on the German runtime, for the quirky value notifications.
+QString booleanText(bool value)
+{
+    return value ? QStringLiteral("Wahr") : QStringLiteral("Falsch");
+}
+
+bool fitsInt16(qint32 value)
+{
+    return value >= std::numeric_limits<qint16>::min() && value <= std::numeric_limits<qint16>::max();
+}
+
+} // namespace
+
+kvKalivo::kvKalivo(QWidget *parent)
+    : QWidget(parent)
+{
+    setObjectName(QStringLiteral("kvKalivo"));
+    setLocale(kvDefaultLocale());
+    setFocusPolicy(Qt::StrongFocus);
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    Initialize();
+    InitProperties();
+}
+
+kvKalivo::~kvKalivo()
+{
+    // Terminate: hide the tooltip and unload the dynamically created day cells.
+    HideToolTip();
+}
+
+// --- Lifecycle (Part 1.1) -------------------------------------------------------------------
+
+void kvKalivo::Initialize()
+{
+    kvError::ReplaceThreadInstance();
+    CreateToolbar();
+    frmPicSelector::ThreadInstance();
+    CreateMonthCaption();
+    CreateDatePicker();
+    CreateStatusBar();
+    m_toolTip = new ctlToolTip(this);
+    setView(kvWeek);
+    setActualDate(kvPlatform::clock().Today().date());
+    CreateTimers();
+    connect(qApp, &QApplication::focusChanged, this, &kvKalivo::OnFocusChanged);
+}
+
+void kvKalivo::CreateToolbar()
+{
+    m_toolbarMain = new QToolBar(this);
+    m_toolbarMain->setObjectName(QStringLiteral("ToolbarMain"));
+    m_toolbarMain->setIconSize(QSize(16, 16));
+    m_toolbarMain->setToolButtonStyle(Qt::ToolButtonIconOnly);
+    m_toolbarMain->setMovable(false);
+    m_toolbarMain->setFloatable(false);
+
+    m_viewButtons = new QActionGroup(this);
+    m_viewButtons->setExclusive(true);
+
+    struct Button { const char16_t *key; const char16_t *toolTip; const char16_t *image; };
+    static constexpr Button buttons[] = {
+        {u"Week", u"Wochenansicht", u"week"},
+        {u"Month", u"Monatsansicht", u"month"},
+        {u"Back", u"Zurück", u"back"},
+        {u"Forward", u"Vor", u"forward"},
+        {u"Print", u"Drucken", u"print"},
+        {u"Previous", u"Vorheriger Termin", u"previous"},
+        {u"Next", u"Nächster Termin", u"next"},
+        {u"Today", u"Heute", u"today"},
+        {u"New", u"Neuer Termin", u"new"},
+    };
+    int position = 1;
+    for (const Button &button : buttons) {
+        AddToolbarButton(position++, QString::fromUtf16(button.key),
+                         QString::fromUtf16(button.toolTip), QString::fromUtf16(button.image));
+    }
+}
+
+QAction *kvKalivo::AddToolbarButton(int position, const QString &key, const QString &toolTip,
+                                    const QString &imageName)
+{
+    QIcon icon;
+    icon.addFile(QStringLiteral(":/kvkalivo/toolbar/16/%1.svg").arg(imageName), QSize(16, 16));
+    icon.addFile(QStringLiteral(":/kvkalivo/toolbar/22/%1.svg").arg(imageName), QSize(22, 22));
+    icon.addFile(QStringLiteral(":/kvkalivo/toolbar/22/%1.svg").arg(imageName), QSize(32, 32));
+
+    QAction *action = m_toolbarMain->addAction(icon, toolTip);
+    action->setObjectName(key);
+    action->setToolTip(toolTip);
+    action->setProperty("Key", key);
+    action->setProperty("Image", position + 2);
+    if (key == QLatin1String("Week") || key == QLatin1String("Month")) {
+        action->setCheckable(true);
+        m_viewButtons->addAction(action);
+    }
+    return action;
+}
+
+void kvKalivo::CreateMonthCaption()
+{
+    m_monthCaption = new QLabel(this);
+    m_monthCaption->setObjectName(QStringLiteral("lblMonat"));
+    m_monthCaption->setAlignment(Qt::AlignCenter);
+    QFont captionFont = m_monthCaption->font();
+    captionFont.setBold(true);
+    captionFont.setPointSizeF(captionFont.pointSizeF() * 1.2);
+    m_monthCaption->setFont(captionFont);
+}
+
+void kvKalivo::CreateDatePicker()
+{
+    m_datePicker = new QDateEdit(this);
+    m_datePicker->setObjectName(QStringLiteral("DTPicker1"));
+    m_datePicker->setCalendarPopup(true);
+    m_datePicker->setDisplayFormat(QStringLiteral("dd.MM.yyyy"));
+    m_datePicker->setDateRange(QDate(1601, 1, 1), QDate(9999, 12, 31));
+}
+
+void kvKalivo::CreateStatusBar()
+{
+    m_statusBar = new QStatusBar(this);
+    m_statusBar->setObjectName(QStringLiteral("StatusBar"));
+    m_statusBar->setSizeGripEnabled(false);
+    m_statusWeekPanel = new QLabel(m_statusBar);
+    m_statusWeekPanel->setObjectName(QStringLiteral("Panel1"));
+    m_statusWeekPanel->setContentsMargins(4, 0, 4, 0);
+    m_statusBar->addWidget(m_statusWeekPanel);
+}
+
+void kvKalivo::CreateTimers()
+{
+    m_timerTooltipOff = new QTimer(this);
+    m_timerTooltipOff->setObjectName(QStringLiteral("TimerTooltipOFF"));
+    m_timerTooltipOff->setInterval(800);
+    m_timerTooltip = new QTimer(this);
+    m_timerTooltip->setObjectName(QStringLiteral("TimerTooltip"));
+    m_timerTooltip->setInterval(1000);
+}
+
+void kvKalivo::InitProperties()
+{
+    m_borderStyle = kvNone;
+    m_weekendColumns = kvOne;
+    m_dayHeaderColor1 = DefaultDayHeaderColor1;
+    m_dayHeaderColor2 = DefaultDayHeaderColor2;
+    m_backColor = DefaultBackColor;
+    m_view = kvWeek;
+    m_todayHeaderColor = DefaultTodayHeaderColor;
+    m_actualDate = kvPlatform::clock().Today();
+    m_autoRefresh = true;
+    // Part 1.1 leaves the Booleans False, but its own edge case ("a fresh control shows ...
+    // calendar weeks visible") and the persistence default of WeeksVisible (True) both need True.
+    m_weeksVisible = true;
+    m_toolTipBackColor1 = m_toolTip->ToolTipBackColor1();
+    m_toolTipBackColor2 = m_toolTip->ToolTipBackColor2();
+    PressViewButton();
+    SyncDatePicker();
+    ShowCalendarWeek();
+    update();
+}
+
+void kvKalivo::ReadProperties(const kvPropertyBag &bag)
+{
+    const qint32 view = bag.ReadLong(QStringLiteral("View"), kvWeek);
+    m_view = kvView(fitsInt16(view) ? view : kvWeek);
+    const qint32 borderStyle = bag.ReadLong(QStringLiteral("BorderStyle"), kvNone);
+    m_borderStyle = enBorderStyle(fitsInt16(borderStyle) ? borderStyle : kvNone);
+    m_weekendColumns = enWeekendColumns(bag.ReadInteger(QStringLiteral("WeekendColumns"), kvOne));
+    m_backColor = uint(bag.ReadLong(QStringLiteral("BackColor"), qint32(TemplateCellBackColor)));
+    m_actualDate = bag.ReadDate(QStringLiteral("ActualDate"), kvPlatform::clock().Today());
+    m_dayHeaderColor2 = uint(bag.ReadLong(QStringLiteral("DayHeaderColor2"),
+                                          qint32(TemplateCellDayHeaderColor2)));
+    m_dayHeaderColor1 = uint(bag.ReadLong(QStringLiteral("DayHeaderColor1"),
+                                          qint32(DefaultDayHeaderColor1)));
+    m_dayHeaderForeColor = uint(bag.ReadLong(QStringLiteral("DayHeaderForeColor"),
+                                             qint32(TemplateCellDayHeaderForeColor)));
+    m_todayHeaderColor = uint(bag.ReadLong(QStringLiteral("TodayHeaderColor"),
+                                           qint32(TemplateCellTodayHeaderColor)));
+    m_weeksVisible = bag.ReadBoolean(QStringLiteral("WeeksVisible"), true);
+    m_recordSource = bag.ReadString(QStringLiteral("RecordSource"), QString());
+    m_autoRefresh = bag.ReadBoolean(QStringLiteral("AutoRefresh"), true);
+    m_raiseDatabaseEvents = bag.ReadBoolean(QStringLiteral("RaiseDatabaseEvents"), false);
+    m_publicHoliday = bag.ReadBoolean(QStringLiteral("PublicHoliday"), false);
+    m_raiseEditEvent = bag.ReadBoolean(QStringLiteral("RaiseEditEvent"), false);
+    m_footnote = bag.ReadString(QStringLiteral("Footnote"), QString());
+    m_dbDateFormat = enDbDateFormat(bag.ReadInteger(QStringLiteral("DbDateFormat"), kvAuto));
+    PressViewButton();
+    m_toolTipBackColor1 = uint(bag.ReadLong(QStringLiteral("ToolTipBackColor1"),
+                                            qint32(m_toolTip->ToolTipBackColor1())));
+    m_toolTipBackColor2 = uint(bag.ReadLong(QStringLiteral("ToolTipBackColor2"),
+                                            qint32(m_toolTip->ToolTipBackColor2())));
+    m_toolTip->setToolTipBackColor1(m_toolTipBackColor1);
+    m_toolTip->setToolTipBackColor2(m_toolTipBackColor2);
+    ApplyColours();
+    // Not in Part 1.1, but a user expects the picker and the status bar to show the date that
+    // was read rather than the one Initialize set; neither re-layouts nor notifies.
+    SyncDatePicker();
+    ShowCalendarWeek();
+}
+
+void kvKalivo::WriteProperties(kvPropertyBag &bag) const
+{
+    const QVariant alwaysStored;
+    bag.WriteProperty(QStringLiteral("View"), int(m_view), alwaysStored);
+    bag.WriteProperty(QStringLiteral("BorderStyle"), int(m_borderStyle), alwaysStored);
+    bag.WriteProperty(QStringLiteral("WeekendColumns"), int(m_weekendColumns), alwaysStored);
+    bag.WriteProperty(QStringLiteral("BackColor"), qint32(m_backColor), alwaysStored);
+    bag.WriteProperty(QStringLiteral("ActualDate"), m_actualDate.date(), alwaysStored);
+    bag.WriteProperty(QStringLiteral("DayHeaderColor2"), qint32(m_dayHeaderColor2), alwaysStored);
+    bag.WriteProperty(QStringLiteral("DayHeaderColor1"), qint32(m_dayHeaderColor1),
+                      qint32(DefaultDayHeaderColor1));
+    bag.WriteProperty(QStringLiteral("DayHeaderForeColor"), qint32(m_dayHeaderForeColor),
+                      alwaysStored);
+    bag.WriteProperty(QStringLiteral("TodayHeaderColor"), qint32(m_todayHeaderColor), alwaysStored);
+    bag.WriteProperty(QStringLiteral("ToolTipBackColor1"), qint32(m_toolTipBackColor1), qint32(0));
+    bag.WriteProperty(QStringLiteral("ToolTipBackColor2"), qint32(m_toolTipBackColor2), qint32(0));
+    bag.WriteProperty(QStringLiteral("WeeksVisible"), m_weeksVisible, true);
+    bag.WriteProperty(QStringLiteral("RecordSource"), m_recordSource, QString());
+    bag.WriteProperty(QStringLiteral("AutoRefresh"), m_autoRefresh, alwaysStored);
+    bag.WriteProperty(QStringLiteral("RaiseDatabaseEvents"), m_raiseDatabaseEvents, false);
+    bag.WriteProperty(QStringLiteral("PublicHoliday"), m_publicHoliday, false);
+    bag.WriteProperty(QStringLiteral("RaiseEditEvent"), m_raiseEditEvent, false);
+    bag.WriteProperty(QStringLiteral("Footnote"), m_footnote, QString());
+    bag.WriteProperty(QStringLiteral("DbDateFormat"), int(m_dbDateFormat), alwaysStored);
+}
+
+void kvKalivo::paintEvent(QPaintEvent *event)
+{
+    QPainter painter(this);
+    painter.fillRect(event->rect(), palette().window());
+    const QRect surface(0, ToolbarRowHeight(), width(), StatusBarTop() - ToolbarRowHeight());
+    painter.fillRect(surface.intersected(event->rect()), kvOleColor::ToQColor(DefaultSurfaceColor));
+}
+
+void kvKalivo::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    Relayout();
+}
+
+void kvKalivo::OnFocusChanged(QWidget *old, QWidget *now)
+{
+    // LostFocus of the whole control: focus moved from inside it to somewhere outside.
+    const bool hadFocus = old && (old == this || isAncestorOf(old));
+    const bool hasFocus = now && (now == this || isAncestorOf(now));
+    if (hadFocus && !hasFocus)
+        HideToolTip();
+}
+
+void kvKalivo::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::LocaleChange && m_monthCaption)
+        FillGrid();
+}
+
+// --- Property setters (Part 1.1) ----------------------------------------------------------
+
+void kvKalivo::setView(kvView view)
+{
+    m_view = view;
+    PressViewButton();
+    Notify(QStringLiteral("View"));
+    if (m_autoRefresh)
+        Relayout();
+}
+
+void kvKalivo::setWeekendColumns(enWeekendColumns columns)
+{
+    if (columns == kvOne || columns == kvTwo)
+        m_weekendColumns = columns;
+    Notify(QString::number(m_weekendColumns));
+    if (m_autoRefresh)
+        Relayout();
+}
+
+void kvKalivo::setAutoRefresh(bool autoRefresh)
+{
+    m_autoRefresh = autoRefresh;
+    Notify(booleanText(m_autoRefresh));
+    if (autoRefresh)
+        Relayout();
+}
+
+void kvKalivo::setBorderStyle(enBorderStyle style)
+{
+    m_borderStyle = style;
+    Notify(QString::number(m_borderStyle));
+    if (style != kvNone)
+        Relayout();
+}
+
+void kvKalivo::setBackColor(uint color)
+{
+    SetCellColour(m_backColor, color, QStringLiteral("BackColor"));
+}
+
+void kvKalivo::setTodayHeaderColor(uint color)
+{
+    SetCellColour(m_todayHeaderColor, color, QStringLiteral("TodayHeaderColor"));
+}
+
+void kvKalivo::setDayHeaderForeColor(uint color)
+{
+    SetCellColour(m_dayHeaderForeColor, color, QStringLiteral("DayHeaderForeColor"));
+}
+
+void kvKalivo::setDayHeaderColor2(uint color)
+{
+    SetCellColour(m_dayHeaderColor2, color, QStringLiteral("DayHeaderColor2"));
+}
+
+void kvKalivo::setDayHeaderColor1(uint color)
+{
+    SetCellColour(m_dayHeaderColor1, color, QStringLiteral("DayHeaderColor1"));
+}
+
+void kvKalivo::SetCellColour(uint &field, uint color, const QString &propertyName)
+{
+    field = color;
+    if (color != 0) // black does not repaint until the next colour pass (Part 1.1)
+        ApplyColours();
+    Notify(propertyName);
+}
+
+QDate kvKalivo::ActualDate() const
+{
+    return m_actualDate.date();
+}
+
+void kvKalivo::setActualDate(const QDate &date)
+{
+    const kvDate newDate = kvDate::fromDate(date);
+    if (date.isValid() && newDate != m_actualDate) {
+        m_actualDate = newDate;
+        SyncDatePicker();
+        Notify(QStringLiteral("ActualDate"));
+    }
+    if (m_autoRefresh)
+        Relayout();
+    ShowCalendarWeek();
+}
+
+void kvKalivo::setRecordSource(const QString &recordSource)
+{
+    m_recordSource = recordSource;
+    Notify(QStringLiteral("RecordSource"));
+}
+
+void kvKalivo::setFootnote(const QString &footnote)
+{
+    m_footnote = footnote;
+    Notify(QStringLiteral("Footnote"));
+}
+
+void kvKalivo::setToolTipBackColor1(uint color)
+{
+    m_toolTipBackColor1 = color;
+    m_toolTip->setToolTipBackColor1(color);
+    Notify(QStringLiteral("ToolTipBackColor1"));
+}
+
+void kvKalivo::setToolTipBackColor2(uint color)
+{
+    m_toolTipBackColor2 = color;
+    m_toolTip->setToolTipBackColor2(color);
+    Notify(QStringLiteral("ToolTipBackColor2"));
+}
+
+void kvKalivo::setWeeksVisible(bool visible)
+{
+    m_weeksVisible = visible;
+    Notify(QStringLiteral("WeeksVisible"));
+    if (m_autoRefresh)
+        Relayout();
+}
+
+void kvKalivo::setEnabled(bool enabled)
+{
+    QWidget::setEnabled(enabled);
+}
+
+void kvKalivo::setRaiseDatabaseEvents(bool raise)
+{
+    m_raiseDatabaseEvents = raise;
+    Notify(QStringLiteral("RaiseDatabaseEvents"));
+}
+
+void kvKalivo::setPublicHoliday(bool show)
+{
+    m_publicHoliday = show;
+    Notify(QStringLiteral("PublicHoliday"));
+    if (m_autoRefresh)
+        Relayout();
+}
+
+void kvKalivo::setRaiseEditEvent(bool raise)
+{
+    m_raiseEditEvent = raise;
+    Notify(QStringLiteral("RaiseEditEvent"));
+}
+
+bool kvKalivo::RaiseErrorEvent() const
+{
+    return kvErrorReporting::RaiseErrorEvent();
+}
+
+void kvKalivo::setRaiseErrorEvent(bool raise)
+{
+    kvErrorReporting::setRaiseErrorEvent(raise);
+}
+
+void kvKalivo::setIconPath(const QString &path)
+{
+    m_iconPath = path;
+    frmPicSelector::ThreadInstance().loadPics(path);
+}
+
+void kvKalivo::setDbDateFormat(enDbDateFormat format)
+{
+    m_dbDateFormat = format;
+}
+
+void kvKalivo::setUserMode(bool userMode)
+{
+    m_userMode = userMode;
+}
+
+void kvKalivo::Refresh()
+{
+    Relayout();
+}
+
+void kvKalivo::Notify(const QString &propertyName)
+{
+    Q_EMIT PropertyChanged(propertyName);
+}
+
+void kvKalivo::PressViewButton()
+{
+    const QString key = m_view == kvWeek ? QStringLiteral("Week") : QStringLiteral("Month");
+    const QList<QAction *> viewActions = m_viewButtons->actions();
+    for (QAction *action : viewActions) {
+        if (action->objectName() == key)
+            action->setChecked(true);
+    }
+}
+
+void kvKalivo::SyncDatePicker()
+{
+    const QSignalBlocker blocker(m_datePicker);
+    m_datePicker->setDate(m_actualDate.date());
+}
+
+void kvKalivo::ShowCalendarWeek()
+{
+    m_statusWeekPanel->setText(QString::number(GetCalendarWeek(m_actualDate))
+                               + QStringLiteral(". KW"));
+}
+
+void kvKalivo::HideToolTip()
+{
+    if (m_toolTip)
+        m_toolTip->hide();
+}
+
+void kvKalivo::ReportError(int code, const QString &description)
+{
+    kvErrorReporting::ReportFromControl(code, description,
+                                        [this](kvError &error) { Q_EMIT Error(error); });
+}
+
+// --- Grid (Part 3.1) ------------------------------------------------------------------------
+
+void kvKalivo::Relayout()
+{
+    ArrangeGrid();
+    MarkActualDay();
+}
+
+void kvKalivo::ArrangeGrid()
+{
+    qint16 step = 0;
+    try {
+        ArrangeGridStages(step);
+    } catch (...) {
+        ReportError(kvErrorReporting::StepCode(900, step),
+                    kvErrorReporting::DescribeCurrentException());
+    }
+    Q_EMIT gridArranged();
+}
+
+void kvKalivo::ArrangeGridStages(qint16 &step)
+{
+    auto stage = [&step](qint16 number) {
+        step = number;
+        kvFaultInjection::Visit("ArrangeGrid", number);
+    };
+    stage(0);
+    HideToolTip();
+    stage(2);
+    const GridShape shape = ComputeGridShape();
+    stage(3);
+    m_cellWidth = ComputeCellWidth(shape);
+    stage(4);
+    m_cellHeight = ComputeCellHeight(shape);
+    stage(8);
+    PlaceChrome();
+    stage(9);
+    FillGrid();
+    stage(10);
+    ApplyColours();
+}
+
+kvKalivo::GridShape kvKalivo::ComputeGridShape() const
+{
+    GridShape shape;
+    shape.margin = m_borderStyle == kvNone ? 1 : 0;
+    shape.weekColumnWidth = m_weeksVisible ? 15 : 0;
+    shape.columns = m_weekendColumns == kvOne ? 6 : 7;
+    shape.rows = m_view == kvWeek ? 1 : 6;
+    return shape;
+}
+
+qint32 kvKalivo::ComputeCellWidth(const GridShape &shape) const
+{
+    const qint16 scaleWidth = kvInt16::fromInt(width());
+    const qint16 gaps = qint16(shape.columns - 1);
+    const qint16 available = kvInt16::subtract(
+        kvInt16::subtract(kvInt16::subtract(scaleWidth, 2 * shape.margin), gaps),
+        shape.weekColumnWidth);
+    return kvInt16::fromDouble(double(available) / shape.columns);
+}
+
+qint32 kvKalivo::ComputeCellHeight(const GridShape &shape) const
+{
+    const qint16 statusTop = kvInt16::fromInt(StatusBarTop());
+    const qint16 available = kvInt16::subtract(kvInt16::subtract(statusTop, FirstCellTop()),
+                                               2 * shape.margin);
+    if (shape.rows == 1)
+        return available;
+    return kvInt16::fromDouble(double(kvInt16::subtract(available, 5)) / 6);
+}
+
+int kvKalivo::ToolbarRowHeight() const
+{
+    return m_toolbarMain->sizeHint().height();
+}
+
+int kvKalivo::StatusBarTop() const
+{
+    return height() - m_statusBar->sizeHint().height();
+}
+
+int kvKalivo::FirstCellTop() const
+{
+    return ToolbarRowHeight() + 1 + WeekdayCaptionHeight + 1;
+}
+
+void kvKalivo::PlaceChrome()
+{
+    const int toolbarHeight = ToolbarRowHeight();
+    m_toolbarMain->setGeometry(0, 0, m_toolbarMain->sizeHint().width(), toolbarHeight);
+
+    const int pickerHeight = std::min(m_datePicker->sizeHint().height(), toolbarHeight);
+    const int pickerLeft = std::max(m_toolbarMain->width() + ChromeSpacing,
+                                    width() - DatePickerWidth - ChromeSpacing);
+    m_datePicker->setGeometry(pickerLeft, (toolbarHeight - pickerHeight) / 2, DatePickerWidth,
+                              pickerHeight);
+
+    const int captionLeft = m_toolbarMain->width() + ChromeSpacing;
+    m_monthCaption->setGeometry(captionLeft, 0, std::max(0, pickerLeft - ChromeSpacing - captionLeft),
+                                toolbarHeight);
+
+    m_statusBar->setGeometry(0, StatusBarTop(), width(), height() - StatusBarTop());
+    update();
+}
+
+kvDate kvKalivo::FirstGridDate() const
+{
+    if (m_view == kvWeek)
+        return m_actualDate.addDays(-(m_actualDate.weekdayFromMonday() - 1));
+    const kvDate firstOfMonth = kvDate::DateSerial(m_actualDate.year(), m_actualDate.month(), 1);
+    return firstOfMonth.addDays(-(firstOfMonth.weekdayFromMonday() - 1));
+}
+
+kvDate kvKalivo::LastGridDate() const
+{
+    return FirstGridDate().addDays(m_view == kvWeek ? 6 : 41);
+}
+
+void kvKalivo::FillGrid()
+{
+    const kvDate first = FirstGridDate();
+    const kvDate last = LastGridDate();
+    const QLocale calendarLocale = locale();
+    if (m_view != kvWeek || first.month() == last.month()) {
+        m_monthCaption->setText(Format(m_actualDate, QStringLiteral("MMMM"), calendarLocale)
+                                + QLatin1Char(' ') + QString::number(m_actualDate.year()));
+    } else {
+        m_monthCaption->setText(Format(first, QStringLiteral("MMM"), calendarLocale)
+                                + QLatin1Char('/') + Format(last, QStringLiteral("MMM"), calendarLocale)
+                                + QLatin1Char(' ') + QString::number(last.year()));
+    }
+}
+
+void kvKalivo::MarkActualDay()
+{
+    Q_EMIT actualDayMarked();
+}
+
+void kvKalivo::ApplyColours()
+{
+    update();
+    Q_EMIT coloursApplied();
+}

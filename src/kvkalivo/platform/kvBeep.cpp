@@ -1,0 +1,3 @@
+#include "kvBeep.h"
+
+kvBeep::~kvBeep() = default;

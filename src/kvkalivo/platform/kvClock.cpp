@@ -1,0 +1,8 @@
+#include "kvClock.h"
+
+kvClock::~kvClock() = default;
+
+kvDate kvClock::Today() const
+{
+    return Now().dateOnly();
+}

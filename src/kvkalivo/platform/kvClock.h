@@ -1,0 +1,18 @@
+#pragma once
+
+#include "kvDate.h"
+
+/*!
+    \brief The clock service: the naive local wall-clock time, as VB's Now and Date.
+
+    The real one is kvSystemClock; tests use kvFixedClock.
+*/
+class KVKALIVO_EXPORT kvClock
+{
+public:
+    virtual ~kvClock();
+
+    virtual kvDate Now() const = 0;
+    //! Today's date without a time of day.
+    kvDate Today() const;
+};

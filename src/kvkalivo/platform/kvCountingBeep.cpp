@@ -1,0 +1,6 @@
+#include "kvCountingBeep.h"
+
+void kvCountingBeep::Beep()
+{
+    ++m_count;
+}

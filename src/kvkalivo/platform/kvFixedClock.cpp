@@ -1,0 +1,6 @@
+#include "kvFixedClock.h"
+
+kvDate kvFixedClock::Now() const
+{
+    return m_now;
+}

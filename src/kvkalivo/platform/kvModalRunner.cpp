@@ -1,0 +1,3 @@
+#include "kvModalRunner.h"
+
+kvModalRunner::~kvModalRunner() = default;

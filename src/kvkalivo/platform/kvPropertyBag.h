@@ -1,0 +1,55 @@
+#pragma once
+
+#include "kvDate.h"
+
+#include <QString>
+#include <QVariant>
+
+#include <optional>
+
+/*!
+    \brief The property store a host saves the control's properties in, with VB's semantics.
+
+    A missing key reads as the default given; writing a value equal to its default stores
+    nothing and removes a stale stored value. The typed readers serve the control's
+    ReadProperties: each returns the fallback when the key is missing or its stored value has
+    the wrong type, does not parse or does not fit the type.
+
+    Implementations: kvMemoryPropertyBag (in memory, for tests and copies) and
+    kvSettingsPropertyBag (over a host's QSettings).
+*/
+class KVKALIVO_EXPORT kvPropertyBag
+{
+public:
+    virtual ~kvPropertyBag();
+
+    virtual QVariant ReadProperty(const QString &name, const QVariant &defaultValue) const = 0;
+    virtual void WriteProperty(const QString &name, const QVariant &value,
+                               const QVariant &defaultValue) = 0;
+
+    //! A 32-bit Long; unsigned values up to 0xFFFFFFFF are taken as their 32-bit pattern (OLE_COLOR).
+    qint32 ReadLong(const QString &name, qint32 fallback) const;
+    //! A 16-bit Integer; values outside -32768..32767 give the fallback.
+    qint16 ReadInteger(const QString &name, qint16 fallback) const;
+    bool ReadBoolean(const QString &name, bool fallback) const;
+    QString ReadString(const QString &name, const QString &fallback) const;
+    kvDate ReadDate(const QString &name, kvDate fallback) const;
+
+    /*!
+        Whether \a value counts as equal to \a defaultValue, the way VB compares them before
+        storing: numbers by value (an unsigned 32-bit value equals its signed pattern), dates
+        by value whatever their type, True equals -1.
+    */
+    static bool IsDefault(const QVariant &value, const QVariant &defaultValue);
+
+    //! Integers, integral doubles and numeric text: decimal, or hexadecimal as "0x..." or "&H...".
+    static std::optional<qint32> ToLong(const QVariant &value);
+    static std::optional<qint16> ToInteger(const QVariant &value);
+    //! bool, -1/0/1 as numbers or text, and "true"/"false" in any case.
+    static std::optional<bool> ToBoolean(const QVariant &value);
+    //! Text, a list of texts (an INI value with commas) joined with ", ", or a number.
+    static std::optional<QString> ToString(const QVariant &value);
+    //! kvDate, QDate, QDateTime, ISO 8601 text or an OLE day number, within VB's years 100 to 9999.
+    static std::optional<kvDate> ToDate(const QVariant &value);
+    static bool IsDateValue(const QVariant &value);
+};

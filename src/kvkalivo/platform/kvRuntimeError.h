@@ -1,0 +1,47 @@
+#pragma once
+
+#include "kvkalivo_export.h"
+
+#include <QString>
+
+#include <stdexcept>
+
+/*!
+    \brief A run-time failure carrying a VB error number and its German description.
+
+    The control's routines throw it; their error reporting (Part 1.3) catches it and reports
+    description(). It never leaves a public function. what() is the description in UTF-8.
+*/
+class KVKALIVO_EXPORT kvRuntimeError : public std::runtime_error
+{
+public:
+    //! VB's numbers of the failures the platform layer raises itself.
+    enum Number {
+        Overflow = 6,
+        DivisionByZero = 11,
+        ControlArrayElementMissing = 340,
+        ObjectAlreadyLoaded = 360,
+        CannotUnloadDesignTimeControl = 362,
+    };
+
+    kvRuntimeError(int number, const QString &description);
+    ~kvRuntimeError() override;
+
+    int number() const noexcept { return m_number; }
+    QString description() const { return m_description; }
+
+    //! 6 "Überlauf": a value does not fit its integer type.
+    static kvRuntimeError overflow();
+    //! 11 "Division durch Null".
+    static kvRuntimeError divisionByZero();
+    //! 340 "Steuerelementarray-Element 'N' ist nicht vorhanden".
+    static kvRuntimeError controlArrayElementMissing(int index);
+    //! 360 "Objekt bereits geladen".
+    static kvRuntimeError objectAlreadyLoaded();
+    //! 362: element 0 of a control array exists from design time and cannot be unloaded.
+    static kvRuntimeError cannotUnloadDesignTimeControl();
+
+private:
+    int m_number;
+    QString m_description;
+};

@@ -1,0 +1,52 @@
+#include "kvScriptedModalRunner.h"
+
+#include <QDialog>
+
+int kvScriptedModalRunner::Exec(QDialog &dialog)
+{
+    m_dialogs.append(&dialog);
+    m_dialogNames.append(dialog.objectName());
+    if (m_actions.isEmpty())
+        return QDialog::Rejected;
+    const Action action = m_actions.dequeue();
+    return Run(dialog, action);
+}
+
+int kvScriptedModalRunner::Run(QDialog &dialog, const Action &action)
+{
+    const bool wasShowModal = dialog.testAttribute(Qt::WA_ShowModal);
+    dialog.setAttribute(Qt::WA_ShowModal, true);
+    dialog.setResult(0);
+    dialog.show();
+
+    const int result = action(dialog);
+
+    if (dialog.isVisible())
+        dialog.hide();
+    dialog.setAttribute(Qt::WA_ShowModal, wasShowModal);
+    dialog.setResult(result);
+    return result;
+}
+
+kvScriptedModalRunner::Action kvScriptedModalRunner::Accept()
+{
+    return [](QDialog &dialog) {
+        dialog.accept();
+        return dialog.result();
+    };
+}
+
+kvScriptedModalRunner::Action kvScriptedModalRunner::Reject()
+{
+    return [](QDialog &dialog) {
+        dialog.reject();
+        return dialog.result();
+    };
+}
+
+void kvScriptedModalRunner::Clear()
+{
+    m_actions.clear();
+    m_dialogs.clear();
+    m_dialogNames.clear();
+}

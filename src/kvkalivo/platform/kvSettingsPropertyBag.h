@@ -1,0 +1,38 @@
+#pragma once
+
+#include "kvPropertyBag.h"
+
+#include <QPointer>
+#include <QSettings>
+
+/*!
+    \brief A property bag over a QSettings that the host owns, optionally under a group.
+
+    Values are written so that an INI file stays readable and editable: dates as ISO text
+    ("2024-03-31", or "2024-03-31T14:05:00" with a time), Booleans as true/false, numbers as
+    numbers. When the settings cannot be read (QSettings::status() is not NoError) every read
+    gives its default.
+*/
+class KVKALIVO_EXPORT kvSettingsPropertyBag : public kvPropertyBag
+{
+public:
+    explicit kvSettingsPropertyBag(QSettings *settings, const QString &group = QString());
+
+    QVariant ReadProperty(const QString &name, const QVariant &defaultValue) const override;
+    void WriteProperty(const QString &name, const QVariant &value,
+                       const QVariant &defaultValue) override;
+
+    QSettings *Settings() const { return m_settings; }
+    QString Group() const { return m_group; }
+    //! The settings key of a property: "group/name", or the name when there is no group.
+    QString Key(const QString &name) const;
+
+    //! A date as it is written: "yyyy-MM-dd", with "THH:mm:ss" when it has a time of day.
+    static QString DateText(kvDate date);
+
+private:
+    bool IsReadable() const;
+
+    QPointer<QSettings> m_settings;
+    QString m_group;
+};

@@ -1,0 +1,3 @@
+#include "kvShell.h"
+
+kvShell::~kvShell() = default;

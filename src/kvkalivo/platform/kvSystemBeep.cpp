@@ -1,0 +1,8 @@
+#include "kvSystemBeep.h"
+
+#include <QApplication>
+
+void kvSystemBeep::Beep()
+{
+    QApplication::beep();
+}

@@ -1,0 +1,6 @@
+#include "kvSystemClock.h"
+
+kvDate kvSystemClock::Now() const
+{
+    return kvDate::fromDateTime(QDateTime::currentDateTime());
+}

@@ -1,0 +1,90 @@
+#include "kvSystemMessageBox.h"
+
+#include <QApplication>
+#include <QMessageBox>
+
+namespace {
+
+QMessageBox::Icon qtIcon(int buttons)
+{
+    switch (kvMessageBox::Icon(buttons)) {
+    case kvMessageBox::vbCritical:
+        return QMessageBox::Critical;
+    case kvMessageBox::vbQuestion:
+        return QMessageBox::Question;
+    case kvMessageBox::vbExclamation:
+        return QMessageBox::Warning;
+    case kvMessageBox::vbInformation:
+        return QMessageBox::Information;
+    default:
+        return QMessageBox::NoIcon;
+    }
+}
+
+QMessageBox::StandardButton qtButton(int result)
+{
+    switch (result) {
+    case kvMessageBox::vbOK:
+        return QMessageBox::Ok;
+    case kvMessageBox::vbCancel:
+        return QMessageBox::Cancel;
+    case kvMessageBox::vbAbort:
+        return QMessageBox::Abort;
+    case kvMessageBox::vbRetry:
+        return QMessageBox::Retry;
+    case kvMessageBox::vbIgnore:
+        return QMessageBox::Ignore;
+    case kvMessageBox::vbYes:
+        return QMessageBox::Yes;
+    case kvMessageBox::vbNo:
+        return QMessageBox::No;
+    default:
+        return QMessageBox::NoButton;
+    }
+}
+
+int vbResult(QMessageBox::StandardButton button, int fallback)
+{
+    switch (button) {
+    case QMessageBox::Ok:
+        return kvMessageBox::vbOK;
+    case QMessageBox::Cancel:
+        return kvMessageBox::vbCancel;
+    case QMessageBox::Abort:
+        return kvMessageBox::vbAbort;
+    case QMessageBox::Retry:
+        return kvMessageBox::vbRetry;
+    case QMessageBox::Ignore:
+        return kvMessageBox::vbIgnore;
+    case QMessageBox::Yes:
+        return kvMessageBox::vbYes;
+    case QMessageBox::No:
+        return kvMessageBox::vbNo;
+    default:
+        return fallback;
+    }
+}
+
+QString windowTitle(const QString &title)
+{
+    return title.isEmpty() ? QGuiApplication::applicationDisplayName() : title;
+}
+
+} // namespace
+
+int kvSystemMessageBox::MsgBox(const QString &prompt, int buttons, const QString &title)
+{
+    QString text = prompt;
+    text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+
+    QMessageBox box(qtIcon(buttons), windowTitle(title), text, QMessageBox::NoButton,
+                    QApplication::activeWindow());
+    box.setTextFormat(Qt::PlainText);
+    for (int result : ButtonResults(buttons))
+        box.addButton(qtButton(result));
+    box.setDefaultButton(qtButton(DefaultResult(buttons)));
+    box.setEscapeButton(box.button(qtButton(EscapeResult(buttons))));
+    box.exec();
+
+    return vbResult(box.standardButton(box.clickedButton()), EscapeResult(buttons));
+}

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "kvMessageBox.h"
+
+/*!
+    \brief The real message box: a modal QMessageBox over the application's active window.
+
+    Where VB ignores Escape and the close box (Yes/No, Abort/Retry/Ignore), Qt's message box
+    still accepts them and answers No or Abort; see kvMessageBox::EscapeResult().
+*/
+class KVKALIVO_EXPORT kvSystemMessageBox : public kvMessageBox
+{
+public:
+    int MsgBox(const QString &prompt, int buttons, const QString &title) override;
+};

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "kvRuntimeError.h"
+
+#include <QString>
+
+#include <functional>
+
+//! The VB error number \a operation throws as a kvRuntimeError, or 0 when it returns.
+inline int errorNumber(const std::function<void()> &operation, QString *description = nullptr)
+{
+    try {
+        operation();
+    } catch (const kvRuntimeError &error) {
+        if (description)
+            *description = error.description();
+        return error.number();
+    }
+    return 0;
+}
