@@ -654,8 +654,8 @@ private slots:
     void looksLikeAControl()
     {
         kvKalivo control;
-        control.setActualDate(QDate(2026, 11, 22));
-        for (const QSize size : {QSize(400, 300), QSize(1280, 800)}) {
+        control.setActualDate(QDate(2026, 9, 22)); // the longest German month name
+        for (const QSize size : {QSize(400, 300), QSize(640, 480), QSize(1280, 800)}) {
             control.resize(size);
             const QImage image = control.grab().toImage();
             QCOMPARE(image.size(), size);
@@ -665,8 +665,12 @@ private slots:
                                    .arg(folder).arg(size.width()).arg(size.height())));
             const QWidget *picker = datePicker(control);
             const QWidget *toolbar = control.findChild<QToolBar *>();
+            const QLabel *caption = control.findChild<QLabel *>(QStringLiteral("lblMonat"));
             QVERIFY(!picker->geometry().intersects(toolbar->geometry()));
+            QVERIFY(!caption->geometry().intersects(toolbar->geometry()));
+            QVERIFY(!caption->geometry().intersects(picker->geometry()));
             QVERIFY(control.rect().contains(picker->geometry()));
+            QVERIFY(caption->fontMetrics().horizontalAdvance(caption->text()) <= caption->width());
             QCOMPARE(control.findChild<QStatusBar *>()->geometry().bottom(), size.height() - 1);
         }
     }

@@ -17,6 +17,7 @@
 #include <QActionGroup>
 #include <QApplication>
 #include <QDateEdit>
+#include <QFontMetrics>
 #include <QIcon>
 #include <QLabel>
 #include <QPaintEvent>
@@ -269,7 +270,7 @@ void kvKalivo::paintEvent(QPaintEvent *event)
 {
     QPainter painter(this);
     painter.fillRect(event->rect(), palette().window());
-    const QRect surface(0, ToolbarRowHeight(), width(), StatusBarTop() - ToolbarRowHeight());
+    const QRect surface(0, HeaderHeight(), width(), StatusBarTop() - HeaderHeight());
     painter.fillRect(surface.intersected(event->rect()), kvOleColor::ToQColor(DefaultSurfaceColor));
 }
 
@@ -595,7 +596,7 @@ int kvKalivo::StatusBarTop() const
 
 int kvKalivo::FirstCellTop() const
 {
-    return ToolbarRowHeight() + 1 + WeekdayCaptionHeight + 1;
+    return HeaderHeight() + 1 + WeekdayCaptionHeight + 1;
 }
 
 void kvKalivo::PlaceChrome()
@@ -609,12 +610,41 @@ void kvKalivo::PlaceChrome()
     m_datePicker->setGeometry(pickerLeft, (toolbarHeight - pickerHeight) / 2, DatePickerWidth,
                               pickerHeight);
 
-    const int captionLeft = m_toolbarMain->width() + ChromeSpacing;
-    m_monthCaption->setGeometry(captionLeft, 0, std::max(0, pickerLeft - ChromeSpacing - captionLeft),
-                                toolbarHeight);
+    if (MonthCaptionFitsBesideToolbar()) {
+        const int captionLeft = m_toolbarMain->width() + ChromeSpacing;
+        m_monthCaption->setGeometry(captionLeft, 0, pickerLeft - ChromeSpacing - captionLeft,
+                                    toolbarHeight);
+    } else {
+        m_monthCaption->setGeometry(0, toolbarHeight, width(), HeaderHeight() - toolbarHeight);
+    }
 
     m_statusBar->setGeometry(0, StatusBarTop(), width(), height() - StatusBarTop());
     update();
+}
+
+int kvKalivo::WidestMonthCaption() const
+{
+    const QFontMetrics metrics(m_monthCaption->font());
+    int widest = 0;
+    for (int month = 1; month <= 12; ++month) {
+        const QString caption = locale().monthName(month, QLocale::LongFormat) + QStringLiteral(" 2026");
+        widest = std::max(widest, metrics.horizontalAdvance(caption));
+    }
+    return widest + 2 * ChromeSpacing;
+}
+
+bool kvKalivo::MonthCaptionFitsBesideToolbar() const
+{
+    const int between = width() - DatePickerWidth - 2 * ChromeSpacing - m_toolbarMain->sizeHint().width();
+    return between >= WidestMonthCaption();
+}
+
+int kvKalivo::HeaderHeight() const
+{
+    // On a narrow control the month caption gets a row of its own below the toolbar.
+    if (MonthCaptionFitsBesideToolbar())
+        return ToolbarRowHeight();
+    return ToolbarRowHeight() + QFontMetrics(m_monthCaption->font()).height() + ChromeSpacing;
 }
 
 kvDate kvKalivo::FirstGridDate() const

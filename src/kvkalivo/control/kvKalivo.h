@@ -197,6 +197,9 @@ private:
     qint32 ComputeCellWidth(const GridShape &shape) const;
     qint32 ComputeCellHeight(const GridShape &shape) const;
     int ToolbarRowHeight() const;
+    int HeaderHeight() const;
+    int WidestMonthCaption() const;
+    bool MonthCaptionFitsBesideToolbar() const;
     int StatusBarTop() const;
     int FirstCellTop() const;
     void PlaceChrome();
