@@ -66,7 +66,7 @@ kvKalivo::kvKalivo(QWidget *parent)
 
 kvKalivo::~kvKalivo()
 {
-    // Terminate: hide the tooltip and unload the dynamically created day cells.
+    // Terminate (Part 1.1): hide the tooltip; the cells are children and go with the control.
     HideToolTip();
 }
 
