@@ -1,0 +1,36 @@
+#pragma once
+
+#include "kvkalivo_export.h"
+
+#include <QIcon>
+#include <QList>
+#include <QPixmap>
+#include <QSize>
+
+/*!
+    \brief The common controls' ImageList: pictures of one size under 1-based indexes.
+
+    Pictures are kept as icons, so a list renders each of them crisply at its own size
+    (an .ico file with 16- and 32-pixel images gives the 16-pixel one to a small list).
+*/
+class KVKALIVO_EXPORT kvImageList
+{
+public:
+    explicit kvImageList(QSize imageSize);
+
+    QSize ImageSize() const { return m_imageSize; }
+    int Count() const { return int(m_images.size()); }
+
+    //! Appends \a picture; returns its index (1-based).
+    int Add(const QIcon &picture);
+    void Clear();
+
+    //! The picture at \a index (1 .. Count()); throws kvRuntimeError 35600 outside that range.
+    QIcon ListImage(int index) const;
+    //! The picture at \a index rendered at the list's size.
+    QPixmap Picture(int index) const;
+
+private:
+    QSize m_imageSize;
+    QList<QIcon> m_images;
+};
