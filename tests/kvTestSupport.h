@@ -2,6 +2,7 @@
 
 #include "kvRuntimeError.h"
 
+#include <QDir>
 #include <QString>
 
 #include <functional>
@@ -17,4 +18,12 @@ inline int errorNumber(const std::function<void()> &operation, QString *descript
         return error.number();
     }
     return 0;
+}
+
+//! Where tests save their gallery of PNGs: $KV_TEST_OUTPUT (set by CTest), else the temp folder.
+inline QString galleryFolder()
+{
+    const QString folder = qEnvironmentVariable("KV_TEST_OUTPUT", QDir::tempPath());
+    QDir().mkpath(folder);
+    return folder;
 }

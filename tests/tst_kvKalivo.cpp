@@ -8,6 +8,7 @@
 #include "kvScopedService.h"
 #include "kvScriptedMessageBox.h"
 #include "kvSettingsPropertyBag.h"
+#include "kvTestSupport.h"
 
 #include <QAction>
 #include <QDateEdit>
@@ -659,10 +660,8 @@ private slots:
             control.resize(size);
             const QImage image = control.grab().toImage();
             QCOMPARE(image.size(), size);
-            const QString folder = qEnvironmentVariable("KV_TEST_OUTPUT", QDir::tempPath());
-            QDir().mkpath(folder);
             QVERIFY(image.save(QStringLiteral("%1/kvKalivo-shell-%2x%3.png")
-                                   .arg(folder).arg(size.width()).arg(size.height())));
+                                   .arg(galleryFolder()).arg(size.width()).arg(size.height())));
             const QWidget *picker = datePicker(control);
             const QWidget *toolbar = control.findChild<QToolBar *>();
             const QLabel *caption = control.findChild<QLabel *>(QStringLiteral("lblMonat"));

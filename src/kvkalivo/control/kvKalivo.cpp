@@ -1,5 +1,6 @@
 #include "kvKalivo.h"
 
+#include "ctlDay.h"
 #include "ctlToolTip.h"
 #include "frmPicSelector.h"
 #include "kvCalendarWeek.h"
@@ -28,13 +29,6 @@
 #include <QToolBar>
 
 namespace {
-
-// Before the first arrangement no day cell exists; the cell template's property defaults
-// (Part 3.2) stand in for "the first day cell's current colours" in ReadProperties.
-constexpr uint TemplateCellBackColor = 0xFFFFFFu;
-constexpr uint TemplateCellDayHeaderColor2 = 0x8000000Au;
-constexpr uint TemplateCellDayHeaderForeColor = 0;
-constexpr uint TemplateCellTodayHeaderColor = 0;
 
 constexpr int DatePickerWidth = 120;
 constexpr int ChromeSpacing = 4;
@@ -203,21 +197,23 @@ void kvKalivo::InitProperties()
 
 void kvKalivo::ReadProperties(const kvPropertyBag &bag)
 {
+    // Before the first arrangement no day cell exists: the cell's property defaults (Part 3.2)
+    // stand in for "the first day cell's current colours".
     const qint32 view = bag.ReadLong(QStringLiteral("View"), kvWeek);
     m_view = kvView(fitsInt16(view) ? view : kvWeek);
     const qint32 borderStyle = bag.ReadLong(QStringLiteral("BorderStyle"), kvNone);
     m_borderStyle = enBorderStyle(fitsInt16(borderStyle) ? borderStyle : kvNone);
     m_weekendColumns = enWeekendColumns(bag.ReadInteger(QStringLiteral("WeekendColumns"), kvOne));
-    m_backColor = uint(bag.ReadLong(QStringLiteral("BackColor"), qint32(TemplateCellBackColor)));
+    m_backColor = uint(bag.ReadLong(QStringLiteral("BackColor"), qint32(ctlDay::DefaultBackColor)));
     m_actualDate = bag.ReadDate(QStringLiteral("ActualDate"), kvPlatform::clock().Today());
     m_dayHeaderColor2 = uint(bag.ReadLong(QStringLiteral("DayHeaderColor2"),
-                                          qint32(TemplateCellDayHeaderColor2)));
+                                          qint32(ctlDay::DefaultDayHeaderColor2)));
     m_dayHeaderColor1 = uint(bag.ReadLong(QStringLiteral("DayHeaderColor1"),
                                           qint32(DefaultDayHeaderColor1)));
     m_dayHeaderForeColor = uint(bag.ReadLong(QStringLiteral("DayHeaderForeColor"),
-                                             qint32(TemplateCellDayHeaderForeColor)));
+                                             qint32(ctlDay::DefaultDayHeaderForeColor)));
     m_todayHeaderColor = uint(bag.ReadLong(QStringLiteral("TodayHeaderColor"),
-                                           qint32(TemplateCellTodayHeaderColor)));
+                                           qint32(ctlDay::DefaultTodayHeaderColor)));
     m_weeksVisible = bag.ReadBoolean(QStringLiteral("WeeksVisible"), true);
     m_recordSource = bag.ReadString(QStringLiteral("RecordSource"), QString());
     m_autoRefresh = bag.ReadBoolean(QStringLiteral("AutoRefresh"), true);

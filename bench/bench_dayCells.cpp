@@ -1,0 +1,171 @@
+// Fills and paints a month of day cells (42 cells of 20 rows each) and prints how long that
+// takes and how much memory the cells hold. The first paint after a fill includes laying out
+// the captions of the visible rows (ctlEntry lays them out on first use). Run it offscreen:
+//   QT_QPA_PLATFORM=offscreen ./bench_dayCells [iterations]
+
+#include "ctlDay.h"
+#include "frmPicSelector.h"
+#include "kvDate.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QImage>
+#include <QPainter>
+#include <QTextStream>
+
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+#include <vector>
+
+namespace {
+
+constexpr int Columns = 7;
+constexpr int Rows = 6;
+constexpr int CellWidth = 180;
+constexpr int CellHeight = 110;
+constexpr int RowsPerCell = 20;
+
+const char16_t *const Texts[] = {
+    u"Teambesprechung",
+    u"Zahnarzt Dr. Müller",
+    u"Besprechung mit der Geschäftsleitung über das Budget 2026",
+    u"Mittagessen mit Anna",
+    u"Telefonkonferenz mit dem Vertrieb Süddeutschland",
+    u"Sport",
+    u"Elternabend Grundschule Am Lindenhof",
+    u"Angebot für die Stadtwerke Würzburg schreiben",
+    u"Friseur",
+    u"Jahreshauptversammlung des Kleingartenvereins Sonnenschein e. V.",
+    u"Geburtstag Oma",
+    u"Wocheneinkauf",
+    u"Projektabgabe",
+    u"Kundentermin in Düsseldorf (Anreise mit dem ICE um 7:12)",
+    u"Yoga",
+    u"Steuerberater: Unterlagen für die Einkommensteuererklärung mitbringen",
+    u"Kino",
+    u"Auto zur Inspektion bringen",
+    u"Chorprobe",
+    u"Abendessen bei Familie Schmidt",
+};
+
+// Valid ImageIDs of the built-in set (category digit, picture number); 0 = no icon.
+const qint16 ImageIds[] = {11, 0, 23, 0, 35, 112, 0, 41, 57, 0, 63, 121, 0, 213, 38, 0, 413, 59, 0, 611};
+
+long long residentKiB()
+{
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (!status.open(QIODevice::ReadOnly | QIODevice::Text))
+        return -1;
+    QTextStream in(&status);
+    for (QString line = in.readLine(); !line.isNull(); line = in.readLine()) {
+        if (line.startsWith(QLatin1String("VmRSS:")))
+            return line.section(QLatin1Char(' '), 1, -1, QString::SectionSkipEmpty).section(QLatin1Char(' '), 0, 0).toLongLong();
+    }
+    return -1;
+}
+
+void fillCell(ctlDay &cell, int dayIndex)
+{
+    cell.ClearDates();
+    const kvDate day = kvDate::fromDate(QDate(2025, 12, 1).addDays(dayIndex));
+    for (int i = 0; i < RowsPerCell; ++i) {
+        const kvDate begin = day.addMinutes(7 * 60 + i * 35 + dayIndex % 3 * 15);
+        const int pick = (i + dayIndex) % RowsPerCell;
+        const uint backColor = pick % 7 == 0 ? 0xC0FFC0u : 0xFFFFFFu;
+        cell.AddDate(dayIndex * 100 + i, begin, begin.addMinutes(45), QString::fromUtf16(Texts[pick]),
+                     QStringLiteral("Bemerkung"), QString(), ImageIds[pick], backColor, 0x000000);
+    }
+}
+
+void initCell(ctlDay &cell, int dayIndex)
+{
+    const kvDate day = kvDate::fromDate(QDate(2025, 12, 1).addDays(dayIndex));
+    cell.Init(day, QString(), QString(), 0x80000004, 0);
+}
+
+struct Figures
+{
+    double median = 0;
+    double p95 = 0;
+};
+
+Figures figuresOf(std::vector<double> samples)
+{
+    std::sort(samples.begin(), samples.end());
+    const auto at = [&samples](double quantile) {
+        return samples.at(std::min(samples.size() - 1, size_t(quantile * double(samples.size() - 1) + 0.5)));
+    };
+    return {at(0.5), at(0.95)};
+}
+
+void print(const char *what, const Figures &figures)
+{
+    std::printf("%-44s median %8.2f ms   p95 %8.2f ms\n", what, figures.median, figures.p95);
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    const int iterations = argc > 1 ? std::max(1, std::atoi(argv[1])) : 200;
+
+    // Warm-up outside the measurement: the picker's pictures, fonts and glyph caches.
+    frmPicSelector::ThreadInstance();
+    {
+        ctlDay warmUp;
+        warmUp.resize(CellWidth, CellHeight);
+        initCell(warmUp, 0);
+        fillCell(warmUp, 0);
+        warmUp.grab();
+    }
+
+    QWidget month;
+    month.resize(Columns * (CellWidth + 1), Rows * (CellHeight + 1));
+    const long long before = residentKiB();
+    std::vector<ctlDay *> cells;
+    for (int i = 0; i < Columns * Rows; ++i) {
+        auto *cell = new ctlDay(&month);
+        cell->setGeometry(i % Columns * (CellWidth + 1), i / Columns * (CellHeight + 1), CellWidth, CellHeight);
+        initCell(*cell, i);
+        fillCell(*cell, i);
+        cells.push_back(cell);
+    }
+    const long long after = residentKiB();
+    month.show();
+
+    QImage frame(month.size(), QImage::Format_ARGB32_Premultiplied);
+    std::vector<double> fills;
+    std::vector<double> paints;
+    std::vector<double> repaints;
+    QElapsedTimer timer;
+    for (int run = 0; run < iterations; ++run) {
+        timer.start();
+        for (int i = 0; i < int(cells.size()); ++i)
+            fillCell(*cells[size_t(i)], (i + run) % 42);
+        fills.push_back(double(timer.nsecsElapsed()) / 1e6);
+
+        timer.start();
+        month.render(&frame);
+        paints.push_back(double(timer.nsecsElapsed()) / 1e6);
+
+        timer.start();
+        month.render(&frame);
+        repaints.push_back(double(timer.nsecsElapsed()) / 1e6);
+    }
+
+    const int rows = Columns * Rows * RowsPerCell;
+    std::printf("kvKalivo day cells: %d cells of %dx%d px, %d rows each (%d rows), %d iterations\n",
+                Columns * Rows, CellWidth, CellHeight, RowsPerCell, rows, iterations);
+    print("fill  (42 x ClearDates + 20 AddDate)", figuresOf(fills));
+    print("paint (render the 42 cells into a QImage)", figuresOf(paints));
+    print("repaint (the same, nothing changed)", figuresOf(repaints));
+    std::printf("memory: VmRSS %lld KiB before, %lld KiB after creating and filling the cells:"
+                " +%lld KiB (%.2f KiB per row)\n",
+                before, after, after - before, double(after - before) / rows);
+    return 0;
+}

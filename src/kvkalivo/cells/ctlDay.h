@@ -1,0 +1,221 @@
+#pragma once
+
+#include "ctlEntry.h"
+#include "kvControlArray.h"
+#include "kvDate.h"
+#include "kvkalivo_export.h"
+
+#include <QHash>
+#include <QList>
+#include <QPixmap>
+#include <QPointer>
+#include <QRect>
+#include <QWidget>
+
+#include <optional>
+
+class QHelpEvent;
+class QScrollBar;
+class kvPropertyBag;
+
+/*!
+    \brief Part 3.2: one calendar day of the week or month grid.
+
+    The cell shows its header row \c ctlHeader (day number and day text), the icons of its
+    appointments in the header (\c imgDateImage), one row per appointment (\c ctlEntry, reached
+    through Entries()) and the scroll bar \c VScroll when the rows do not fit. Rows and icons are
+    painted by the cell; \c VScroll is a real child widget.
+
+    Positions are pixels of the cell's inner area (inside the border when BorderVisible).
+    Colours are OLE_COLOR values. Member routines report their failures as code 200 and the
+    destructor as code 100 (Part 1.3); Entries() is the exception: like VB's Collection it
+    throws kvRuntimeError 5 for an unknown index, and its caller's error handling reports it.
+*/
+class KVKALIVO_EXPORT ctlDay : public QWidget
+{
+    Q_OBJECT
+    Q_PROPERTY(uint BackColor READ BackColor WRITE setBackColor)
+    Q_PROPERTY(uint DayHeaderColor2 READ DayHeaderColor2 WRITE setDayHeaderColor2)
+    Q_PROPERTY(uint DayHeaderForeColor READ DayHeaderForeColor WRITE setDayHeaderForeColor)
+    Q_PROPERTY(uint TodayHeaderColor READ TodayHeaderColor WRITE setTodayHeaderColor)
+    Q_PROPERTY(bool IsActualDay READ IsActualDay WRITE setIsActualDay)
+    Q_PROPERTY(QString PublicHolidayName READ PublicHolidayName WRITE setPublicHolidayName)
+    Q_PROPERTY(bool BorderVisible READ BorderVisible WRITE setBorderVisible)
+    Q_PROPERTY(qint16 ActiveEntryIndex READ ActiveEntryIndex)
+    Q_PROPERTY(int EntriesCount READ EntriesCount)
+
+public:
+    //! An element of the icon array \c imgDateImage as the cell paints it.
+    struct Image
+    {
+        QPixmap Picture;   //!< null when the picker has no picture for the ImgId
+        QRect Geometry;    //!< in the cell's inner area
+        bool Visible = false;
+    };
+
+    //! Property defaults (Part 3.2); the main control uses them before its first cell exists.
+    static constexpr uint DefaultBackColor = 0xFFFFFFu;
+    static constexpr uint DefaultDayHeaderColor2 = 0x8000000Au;
+    static constexpr uint DefaultDayHeaderForeColor = 0;
+    static constexpr uint DefaultTodayHeaderColor = 0;
+    static constexpr bool DefaultIsActualDay = false;
+
+    //! Every row is this high after a Resize, whatever its Init made it.
+    static constexpr int RowHeight = 16;
+    //! VScroll starts just below the header row.
+    static constexpr int ScrollBarTop = 15;
+    //! Icon k of the cell lies at IconsLeft + k × the template icon's width.
+    static constexpr int IconsLeft = 200;
+    static constexpr int IconSize = 16;
+    //! The rows' labels are 14 pixels high; an 11-pixel font fits them at any screen resolution.
+    static constexpr int FontPixelSize = 11;
+
+    explicit ctlDay(QWidget *parent = nullptr);
+    ~ctlDay() override;
+
+    //! Shows \a datDay: its day number in the header with \a text, in the two header colours.
+    void Init(const kvDate &datDay, const QString &text, const QString &remark,
+              uint headerBackColor, uint headerForeColor);
+    //! Appends one appointment row (and its icon when \a imgId > 0), in the order of the calls.
+    void AddDate(qint32 dateId, const kvDate &dateBegin, const kvDate &dateEnd,
+                 const QString &text, const QString &remark, const QString &document,
+                 qint16 imgId, uint backColor, uint foreColor);
+    //! Removes all rows and icons.
+    void ClearDates();
+
+    kvDate datDay() const { return m_datDay; }
+    //! The header colours Init was given.
+    uint HeaderBackColor() const { return m_headerBackColor; }
+    uint HeaderForeColor() const { return m_headerForeColor; }
+
+    uint BackColor() const { return m_backColor; }
+    void setBackColor(uint color);
+    uint DayHeaderColor2() const { return m_dayHeaderColor2; }
+    void setDayHeaderColor2(uint color);
+    uint DayHeaderForeColor() const { return m_dayHeaderForeColor; }
+    void setDayHeaderForeColor(uint color);
+    uint TodayHeaderColor() const { return m_todayHeaderColor; }
+    void setTodayHeaderColor(uint color);
+    //! Write-only: True gives the header the TodayHeaderColor; False changes nothing at all.
+    void setIsToday(bool isToday);
+    bool IsActualDay() const { return m_isActualDay; }
+    void setIsActualDay(bool isActualDay);
+    QString PublicHolidayName() const;
+    void setPublicHolidayName(const QString &name);
+    bool BorderVisible() const { return m_borderVisible; }
+    void setBorderVisible(bool visible);
+    //! The row on which a mouse button was last released.
+    qint16 ActiveEntryIndex() const { return m_activeEntryIndex; }
+
+    //! The row added as the \a index-th; throws kvRuntimeError 5 when there is none.
+    ctlEntry *Entries(qint16 index) const;
+    int EntriesCount() const;
+
+    ctlEntry &ctlHeader() const { return *m_header; }
+    //! The row array; element 0 is the hidden template.
+    const kvControlArray<ctlEntry> &ctlEntryArray() const { return m_rows; }
+    QScrollBar *VScroll() const { return m_vScroll; }
+    //! Elements of the icon array, the hidden template 0 included.
+    int imgDateImageCount() const { return int(m_images.size()); }
+    //! Throws kvRuntimeError 340 for an element that is not loaded.
+    const Image &imgDateImage(int index) const;
+
+    /*!
+        Part 3.6's SetCapture on a row: until ReleaseCapture(), every mouse move, press and
+        release of the cell (and, while it is visible, of the whole screen) goes to row
+        \a entryIndex, so that the control notices when the pointer leaves the row.
+    */
+    void SetCapture(qint16 entryIndex);
+    void ReleaseCapture();
+
+    void InitProperties();
+    void ReadProperties(const kvPropertyBag &bag);
+    void WriteProperties(kvPropertyBag &bag) const;
+
+Q_SIGNALS:
+    // The six events of Part 3.2, in the declared order.
+    void DayMouseUp(qint16 Button, qint16 Shift, float X, float Y);
+    void EntryMouseUp(qint16 EntryIndex, qint16 Button, qint16 Shift, float X, float Y);
+    void EntryDblClick(qint16 EntryIndex);
+    void EntryMouseMove(qint16 EntryIndex, qint32 X, qint32 Y, qint32 EntryLeft, qint32 EntryTop,
+                        qint32 EntryWidth, qint32 EntryHeight);
+    void EntryMouseDown(qint16 EntryIndex, qint32 X, qint32 Y, qint32 EntryLeft, qint32 EntryTop,
+                        qint32 EntryWidth, qint32 EntryHeight);
+    void DayDblClick();
+
+    //! A persisted property was written ("BackColor", "DayHeaderColor2", ...).
+    void PropertyChanged(const QString &name);
+
+protected:
+    bool event(QEvent *event) override;
+    void changeEvent(QEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
+
+private:
+    //! VB's Collection of the rows: insertion order, and the key index + "_".
+    struct EntryCollection
+    {
+        QList<ctlEntry *> rows;
+        QHash<QString, ctlEntry *> byKey;
+    };
+
+    enum class Area { Background, Header, Row, Icon };
+    struct MouseTarget
+    {
+        Area area = Area::Background;
+        QPointer<ctlEntry> row;
+    };
+
+    ctlEntry *CreateRow(int index);
+    void ConnectRow(ctlEntry *row, qint16 index);
+    void ConnectHeader();
+    void AddIcon(qint16 imgId);
+    QPixmap PictureFor(qint16 imgId) const;
+    void UnloadRows();
+
+    void SyncLayout();
+    void Resize();
+    void PlaceScrollBar(bool visible);
+    void Scrolling();
+    int InnerWidth() const;
+    int InnerHeight() const;
+    QPointF ToInner(QPointF widgetPos) const;
+
+    MouseTarget HitTest(QPointF innerPos) const;
+    MouseTarget TargetAt(QPointF innerPos) const;
+    MouseTarget PressTarget(QMouseEvent *event, QPointF innerPos);
+    void OnEntryMouseUp(qint16 index, qint16 button, qint16 shift, float x, float y);
+    void OnEntryPointer(qint16 index, float x, float y, bool pressed);
+    bool ShowHoverText(QHelpEvent *event);
+    void PaintIcons(QPainter &painter) const;
+
+    kvDate m_datDay;
+    uint m_headerBackColor = 0;
+    uint m_headerForeColor = 0;
+    uint m_backColor = DefaultBackColor;
+    uint m_dayHeaderColor2 = DefaultDayHeaderColor2;
+    uint m_dayHeaderForeColor = DefaultDayHeaderForeColor;
+    uint m_todayHeaderColor = DefaultTodayHeaderColor;
+    bool m_isActualDay = DefaultIsActualDay;
+    bool m_borderVisible = false;
+    qint16 m_activeEntryIndex = 0;
+    qint16 m_lastRowIndex = 0;
+    qint16 m_reservedRowIndex = 0;
+    qint32 m_nextRowTop = 0;
+    QSize m_laidOutSize;
+
+    ctlEntry *m_header = nullptr;
+    kvControlArray<ctlEntry> m_rows;
+    std::optional<EntryCollection> m_entries; //!< unset until the first AddDate after ClearDates
+    QList<Image> m_images;
+    QScrollBar *m_vScroll = nullptr;
+
+    std::optional<MouseTarget> m_pressCapture;  //!< the target of the pressed button
+    std::optional<MouseTarget> m_rowCapture;    //!< SetCapture
+};

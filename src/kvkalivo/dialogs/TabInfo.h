@@ -1,0 +1,36 @@
+#pragma once
+
+#include "kvkalivo_export.h"
+
+#include <QtGlobal>
+
+/*!
+    \brief Part 5.2: the scroll state of one tab of the icon picker.
+
+    The spelling "Sroll" of two properties is the spec's and is kept.
+*/
+class KVKALIVO_EXPORT TabInfo
+{
+public:
+    //! Rows of the tab's category: (size - 1) \ 5 + 1.
+    qint16 RowCount() const;
+    void setRowCount(qint16 rowCount);
+
+    //! Largest scroll position: RowCount - 4 when RowCount > 5, else 1.
+    qint16 MaxSrollPosition() const;
+    void setMaxSrollPosition(qint16 position);
+
+    //! First visible row, starting at 1.
+    qint16 SrollPosition() const;
+    void setSrollPosition(qint16 position);
+
+    //! The category whose pictures the tab shows.
+    qint16 LinkedCategory() const;
+    void setLinkedCategory(qint16 category);
+
+private:
+    qint16 m_rowCount = 0;
+    qint16 m_maxSrollPosition = 0;
+    qint16 m_srollPosition = 0;
+    qint16 m_linkedCategory = 0;
+};

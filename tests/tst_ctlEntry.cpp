@@ -1,0 +1,455 @@
+#include "ctlEntry.h"
+
+#include "kvMemoryPropertyBag.h"
+#include "kvOleColor.h"
+
+#include <QFontMetrics>
+#include <QImage>
+#include <QPainter>
+#include <QSignalSpy>
+#include <QtTest>
+
+namespace {
+
+const kvDate Begin = kvDate::fromDate(QDate(2025, 3, 14), QTime(10, 30));
+const kvDate End = kvDate::fromDate(QDate(2025, 3, 14), QTime(11, 15));
+const QString LongText = QStringLiteral("Besprechung mit der Geschäftsleitung über das Budget 2026");
+
+QFont rowFont()
+{
+    QFont font = QApplication::font();
+    font.setPixelSize(11);
+    return font;
+}
+
+int widthOf(const QString &text)
+{
+    return QFontMetrics(rowFont()).horizontalAdvance(text);
+}
+
+// A row as its cell makes it: the cell's font, Init, then its place in the cell.
+void initRow(ctlEntry &row, const QString &text, int rowWidth, const QString &time = QStringLiteral("10:30"))
+{
+    row.setFont(rowFont());
+    row.Init(4711, 1, time, Begin, End, text, QStringLiteral("Raum 3"), QStringLiteral("C:\\a.doc"),
+             23, 0xFFFFFF, 0x000000);
+    row.Move(0, 15, rowWidth, row.Height());
+}
+
+// Part 3.3's loop, literally: shorten by k = 1, 2, ... and take the first candidate that fits.
+QString specShortening(const QString &text, int labelWidth)
+{
+    const QFontMetrics metrics(rowFont());
+    if (metrics.horizontalAdvance(text) <= labelWidth)
+        return text;
+    for (qsizetype k = 1; text.size() - k >= 0; ++k) {
+        const QString candidate = text.left(text.size() - k) + QStringLiteral("...");
+        if (metrics.horizontalAdvance(candidate) <= labelWidth)
+            return candidate;
+    }
+    return QString(); // the end case: even "..." does not fit
+}
+
+} // namespace
+
+class tst_ctlEntry : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void creationPlacesTheChildControls()
+    {
+        ctlEntry row;
+        QCOMPARE(row.lblTime().Geometry, QRect(0, 0, 35, 14));
+        QCOMPARE(row.lblText().Geometry.left(), 35);
+        QCOMPARE(row.lblText().Geometry.height(), 14);
+        QCOMPARE(row.lblTime().Caption, QString());
+        QCOMPARE(row.lblText().Caption, QString());
+        QCOMPARE(row.linSeperator().Y1, 16);
+        QCOMPARE(row.linSeperator().Y2, 16);
+        QVERIFY(!row.ShowLineSeperator());
+        QCOMPARE(row.BackColor(), 0x8000000Au);
+        QVERIFY(!row.IsActualDay());
+        QCOMPARE(row.Time(), QString());
+    }
+
+    void initStoresTheRecord()
+    {
+        ctlEntry row;
+        initRow(row, QStringLiteral("Zahnarzt"), 180);
+        QCOMPARE(row.DateID(), 4711);
+        QCOMPARE(row.Listindex(), qint16(1));
+        QCOMPARE(row.datDateBegin(), Begin);
+        QCOMPARE(row.datDateEnd(), End);
+        QCOMPARE(row.Text(), QStringLiteral("Zahnarzt"));
+        QCOMPARE(row.Remark(), QStringLiteral("Raum 3"));
+        QCOMPARE(row.Document(), QStringLiteral("C:\\a.doc"));
+        QCOMPARE(row.ImgId(), qint16(23));
+        QCOMPARE(row.Time(), QStringLiteral("10:30"));
+        QCOMPARE(row.lblText().Caption, QStringLiteral("Zahnarzt"));
+        QCOMPARE(row.OverflowText(), QString());
+        QVERIFY(row.lblTime().Visible);
+        QVERIFY(row.lblText().Visible);
+    }
+
+    void initMakesTheRowOnePixelHigherThanItsText()
+    {
+        ctlEntry row;
+        initRow(row, QStringLiteral("Zahnarzt"), 180);
+        QCOMPARE(row.lblText().Geometry.height(), 14);
+        QCOMPARE(row.Height(), 15);
+    }
+
+    void initColoursTheRowAndBothLabels()
+    {
+        ctlEntry row;
+        row.Init(1, 1, QStringLiteral("08:00"), Begin, End, QStringLiteral("x"), QString(), QString(),
+                 0, 0x00FFFF, 0x800000);
+        QCOMPARE(row.BackColor(), 0x00FFFFu);
+        QCOMPARE(row.RowBackColor(), 0x00FFFFu);
+        QCOMPARE(row.lblTime().BackColor, 0x00FFFFu);
+        QCOMPARE(row.lblText().BackColor, 0x00FFFFu);
+        QCOMPARE(row.lblTime().ForeColor, 0x800000u);
+        QCOMPARE(row.lblText().ForeColor, 0x800000u);
+    }
+
+    void midnightShowsNoTime()
+    {
+        ctlEntry row;
+        initRow(row, QStringLiteral("Urlaub"), 180, QStringLiteral("00:00"));
+        QCOMPARE(row.lblTime().Caption, QString());
+        QCOMPARE(row.Time(), QString());
+    }
+
+    void exactFitIsNotShortened()
+    {
+        ctlEntry row;
+        const QString text = QStringLiteral("Elternabend Grundschule");
+        initRow(row, text, 35 + widthOf(text));
+        QCOMPARE(row.lblText().Geometry.width(), widthOf(text));
+        QCOMPARE(row.lblText().Caption, text);
+        QCOMPARE(row.OverflowText(), QString());
+
+        row.setWidth(35 + widthOf(text) - 1);
+        QVERIFY(row.lblText().Caption.endsWith(QStringLiteral("...")));
+        QCOMPARE(row.OverflowText(), text);
+    }
+
+    void widerTextLosesOneCharacterAtATime()
+    {
+        ctlEntry row;
+        initRow(row, LongText, 180);
+        const QString caption = row.lblText().Caption;
+        QVERIFY(caption.endsWith(QStringLiteral("...")));
+        QVERIFY(widthOf(caption) <= row.lblText().Geometry.width());
+        // one character more would not fit any more
+        const QString longer = LongText.left(caption.size() - 3 + 1) + QStringLiteral("...");
+        QVERIFY(widthOf(longer) > row.lblText().Geometry.width());
+        QCOMPARE(row.Text(), LongText);
+        QCOMPARE(row.OverflowText(), LongText);
+    }
+
+    void shorteningMatchesTheSpecsLoopAtEveryWidth()
+    {
+        ctlEntry row;
+        initRow(row, LongText, 180);
+        for (int width = 36; width <= 35 + widthOf(LongText) + 2; ++width) {
+            row.setWidth(width);
+            const int labelWidth = width - 35;
+            QCOMPARE(row.lblText().Geometry.width(), labelWidth);
+            QCOMPARE(row.lblText().Caption, specShortening(LongText, labelWidth));
+            QVERIFY(widthOf(row.lblText().Caption) <= labelWidth);
+            QCOMPARE(row.Text(), LongText);
+        }
+    }
+
+    void captionIsEmptyWhenEvenTheEllipsisDoesNotFit()
+    {
+        ctlEntry row;
+        initRow(row, LongText, 35 + widthOf(QStringLiteral("...")) - 1);
+        QCOMPARE(row.lblText().Caption, QString());
+        QCOMPARE(row.OverflowText(), LongText);
+
+        row.setWidth(35 + widthOf(QStringLiteral("...")));
+        QCOMPARE(row.lblText().Caption, QStringLiteral("..."));
+    }
+
+    void narrowRowLeavesTheTextLabelAlone()
+    {
+        ctlEntry row;
+        initRow(row, QStringLiteral("Zahnarzt"), 120);
+        const QRect before = row.lblText().Geometry;
+        row.setWidth(35);
+        QCOMPARE(row.lblText().Geometry, before);
+        QCOMPARE(row.linSeperator().X2, 35);
+    }
+
+    void resizeMovesTheSeparatorEnd()
+    {
+        ctlEntry row;
+        initRow(row, QStringLiteral("Zahnarzt"), 120);
+        QCOMPARE(row.linSeperator().X2, 120);
+        row.setWidth(150);
+        QCOMPARE(row.linSeperator().X1, 0);
+        QCOMPARE(row.linSeperator().X2, 150);
+        QCOMPARE(row.linSeperator().Y1, 16);
+    }
+
+    void secondInitShowsTheNewText()
+    {
+        ctlEntry row;
+        initRow(row, QStringLiteral("Zahnarzt"), 180);
+        row.Init(5, 2, QStringLiteral("11:00"), Begin, End, QStringLiteral("Friseur"), QString(),
+                 QString(), 0, 0xFFFFFF, 0);
+        QCOMPARE(row.lblText().Caption, QStringLiteral("Friseur"));
+        QCOMPARE(row.Time(), QStringLiteral("11:00"));
+    }
+
+    void continuedDateShowsTheMarkerWhateverIsWritten()
+    {
+        ctlEntry row;
+        initRow(row, QStringLiteral("Messe"), 180, QStringLiteral("09:00"));
+        row.setIsContinuedDate(false);
+        QCOMPARE(row.Time(), QStringLiteral("<--"));
+        QVERIFY(!row.IsContinuedDate());
+
+        ctlEntry other;
+        initRow(other, QStringLiteral("Messe"), 180, QStringLiteral("09:00"));
+        other.setIsContinuedDate(true);
+        QCOMPARE(other.Time(), QStringLiteral("<--"));
+        QVERIFY(other.IsContinuedDate());
+    }
+
+    void holidayHeaderIsRedAndBoldWhenNotTheActualDay()
+    {
+        ctlEntry header;
+        header.Init(0, 0, QStringLiteral("25"), Begin, Begin, QString(), QString(), QString(), 0,
+                    0x8000000A, 0x000000);
+        header.setIsActualDay(false);
+        header.setPublicHolidayName(QStringLiteral("1. Weihnachtstag"));
+        QVERIFY(header.lblTime().Bold);
+        QCOMPARE(header.lblTime().ForeColor, 255u);
+        QCOMPARE(header.lblTime().ToolTipText, QStringLiteral("1. Weihnachtstag"));
+
+        header.setIsActualDay(false); // still a holiday: stays bold and red
+        QVERIFY(header.lblTime().Bold);
+        QCOMPARE(header.lblTime().ForeColor, 255u);
+    }
+
+    void emptyHolidayNameRestoresTheForeColour()
+    {
+        ctlEntry header;
+        header.Init(0, 0, QStringLiteral("25"), Begin, Begin, QString(), QString(), QString(), 0,
+                    0x8000000A, 0x000000);
+        header.setForeColor(0x404040);
+        header.setPublicHolidayName(QStringLiteral("1. Weihnachtstag"));
+        header.setPublicHolidayName(QString());
+        QVERIFY(!header.lblTime().Bold);
+        QCOMPARE(header.lblTime().ForeColor, 0x404040u);
+        QCOMPARE(header.lblTime().ToolTipText, QString());
+    }
+
+    void actualDayIsBold()
+    {
+        ctlEntry header;
+        header.Init(0, 0, QStringLiteral("7"), Begin, Begin, QString(), QString(), QString(), 0,
+                    0x8000000A, 0x123456);
+        header.setIsActualDay(true);
+        QVERIFY(header.lblTime().Bold);
+        QCOMPARE(header.lblTime().ForeColor, 0x123456u);
+        header.setIsActualDay(false);
+        QVERIFY(!header.lblTime().Bold);
+    }
+
+    void coloursGoToBothLabelsButNotTheRowBackground()
+    {
+        ctlEntry row;
+        initRow(row, QStringLiteral("Zahnarzt"), 180);
+        row.setBackColor(0xC0C0FF);
+        row.setForeColor(0x0000FF);
+        QCOMPARE(row.lblTime().BackColor, 0xC0C0FFu);
+        QCOMPARE(row.lblText().BackColor, 0xC0C0FFu);
+        QCOMPARE(row.lblTime().ForeColor, 0x0000FFu);
+        QCOMPARE(row.lblText().ForeColor, 0x0000FFu);
+        QCOMPARE(row.RowBackColor(), 0xFFFFFFu); // set by Init only
+    }
+
+    void separatorFollowsShowLineSeperator()
+    {
+        ctlEntry row;
+        initRow(row, QStringLiteral("Zahnarzt"), 180);
+        row.setShowLineSeperator(true);
+        QVERIFY(row.linSeperator().Visible);
+        QVERIFY(row.ShowLineSeperator());
+        row.setShowLineSeperator(false);
+        QVERIFY(!row.linSeperator().Visible);
+    }
+
+    void plainPropertiesAreStored()
+    {
+        ctlEntry row;
+        row.setImgId(42);
+        row.setListindex(7);
+        QCOMPARE(row.ImgId(), qint16(42));
+        QCOMPARE(row.Listindex(), qint16(7));
+    }
+
+    void propertyBagKeys()
+    {
+        ctlEntry row;
+        kvMemoryPropertyBag bag;
+        row.WriteProperties(bag);
+        QVERIFY(bag.Keys().isEmpty()); // both at their defaults
+
+        row.setBackColor(0x00FF00);
+        row.setIsActualDay(true);
+        row.WriteProperties(bag);
+        QCOMPARE(bag.Value(QStringLiteral("BackColor")).toInt(), 0x00FF00);
+        QCOMPARE(bag.Value(QStringLiteral("IsActualDay")).toBool(), true);
+
+        ctlEntry copy;
+        copy.ReadProperties(bag);
+        QCOMPARE(copy.BackColor(), 0x00FF00u);
+        QVERIFY(copy.IsActualDay());
+
+        kvMemoryPropertyBag empty;
+        ctlEntry fresh;
+        fresh.ReadProperties(empty);
+        QCOMPARE(fresh.BackColor(), 0x8000000Au);
+        QVERIFY(!fresh.IsActualDay());
+    }
+
+    void hWndTellsRowsApart()
+    {
+        ctlEntry first;
+        ctlEntry second;
+        QVERIFY(first.hWnd() != 0);
+        QVERIFY(first.hWnd() != second.hWnd());
+        QCOMPARE(first.hWnd(), first.hWnd());
+    }
+
+    void eventsAreDeclaredInTheSpecsOrder()
+    {
+        const QMetaObject &meta = ctlEntry::staticMetaObject;
+        const int dblClick = meta.indexOfSignal("DblClick(qint32,kvDate,kvDate,QString,QString)");
+        const int move = meta.indexOfSignal("MouseMove(qint16,qint16,float,float)");
+        const int down = meta.indexOfSignal("MouseDown(qint16,qint16,float,float)");
+        const int up = meta.indexOfSignal("MouseUp(qint16,qint16,float,float)");
+        QVERIFY(dblClick >= 0);
+        QVERIFY(dblClick < move);
+        QVERIFY(move < down);
+        QVERIFY(down < up);
+    }
+
+    void hitTestFindsTheLabels()
+    {
+        ctlEntry row;
+        initRow(row, QStringLiteral("Zahnarzt"), 180);
+        QCOMPARE(row.HitTest(QPointF(10, 5)), ctlEntry::Part::TimeLabel);
+        QCOMPARE(row.HitTest(QPointF(34.9, 5)), ctlEntry::Part::TimeLabel);
+        QCOMPARE(row.HitTest(QPointF(35, 5)), ctlEntry::Part::TextLabel);
+        QCOMPARE(row.HitTest(QPointF(100, 14)), ctlEntry::Part::Background);
+        QCOMPARE(row.HitTest(QPointF(100, 15)), ctlEntry::Part::None);
+        QCOMPARE(row.HitTest(QPointF(180, 5)), ctlEntry::Part::None);
+    }
+
+    void labelCoordinatesArriveInRowPixels()
+    {
+        ctlEntry row;
+        initRow(row, QStringLiteral("Zahnarzt"), 180);
+        QSignalSpy moves(&row, &ctlEntry::MouseMove);
+        row.HandleMouseMove(QPointF(60.5, 7.25), Qt::LeftButton | Qt::RightButton, Qt::ShiftModifier);
+        QCOMPARE(moves.size(), 1);
+        QCOMPARE(moves.at(0).at(0).value<qint16>(), qint16(3));
+        QCOMPARE(moves.at(0).at(1).value<qint16>(), qint16(1));
+        QCOMPARE(moves.at(0).at(2).toFloat(), 60.5f);
+        QCOMPARE(moves.at(0).at(3).toFloat(), 7.25f);
+
+        row.HandleMouseMove(QPointF(12, 3), Qt::NoButton, Qt::NoModifier);
+        QCOMPARE(moves.at(1).at(0).value<qint16>(), qint16(0));
+        QCOMPARE(moves.at(1).at(2).toFloat(), 12.0f);
+    }
+
+    void mouseDownOnlyOverTheBackground()
+    {
+        ctlEntry row;
+        initRow(row, QStringLiteral("Zahnarzt"), 180);
+        QSignalSpy downs(&row, &ctlEntry::MouseDown);
+        row.HandleMousePress(QPointF(60, 5), Qt::LeftButton, Qt::NoModifier);
+        row.HandleMousePress(QPointF(10, 5), Qt::LeftButton, Qt::NoModifier);
+        QCOMPARE(downs.size(), 0);
+        row.HandleMousePress(QPointF(60, 14), Qt::RightButton, Qt::ControlModifier | Qt::AltModifier);
+        QCOMPARE(downs.size(), 1);
+        QCOMPARE(downs.at(0).at(0).value<qint16>(), qint16(2));
+        QCOMPARE(downs.at(0).at(1).value<qint16>(), qint16(6));
+        QCOMPARE(downs.at(0).at(2).toFloat(), 60.0f);
+        QCOMPARE(downs.at(0).at(3).toFloat(), 14.0f);
+    }
+
+    void mouseUpOverLabelsAndBackground()
+    {
+        ctlEntry row;
+        initRow(row, QStringLiteral("Zahnarzt"), 180);
+        QSignalSpy ups(&row, &ctlEntry::MouseUp);
+        row.HandleMouseRelease(QPointF(60, 5), Qt::LeftButton, Qt::NoModifier);
+        row.HandleMouseRelease(QPointF(10, 5), Qt::MiddleButton, Qt::NoModifier);
+        row.HandleMouseRelease(QPointF(60, 14), Qt::LeftButton, Qt::NoModifier);
+        QCOMPARE(ups.size(), 3);
+        QCOMPARE(ups.at(0).at(2).toFloat(), 60.0f);
+        QCOMPARE(ups.at(1).at(0).value<qint16>(), qint16(4));
+        QCOMPARE(ups.at(1).at(2).toFloat(), 10.0f);
+        QCOMPARE(ups.at(2).at(3).toFloat(), 14.0f);
+    }
+
+    void doubleClickOnALabelCarriesItsCaption()
+    {
+        ctlEntry row;
+        initRow(row, LongText, 120);
+        QSignalSpy clicks(&row, &ctlEntry::DblClick);
+        row.HandleDoubleClick(QPointF(60, 5));
+        QCOMPARE(clicks.size(), 1);
+        QCOMPARE(clicks.at(0).at(0).toInt(), 4711);
+        QCOMPARE(clicks.at(0).at(1).value<kvDate>(), Begin);
+        QCOMPARE(clicks.at(0).at(2).value<kvDate>(), End);
+        QCOMPARE(clicks.at(0).at(3).toString(), row.lblText().Caption);
+        QVERIFY(clicks.at(0).at(3).toString().endsWith(QStringLiteral("...")));
+        QCOMPARE(clicks.at(0).at(4).toString(), QStringLiteral("Raum 3"));
+
+        row.HandleDoubleClick(QPointF(5, 5));
+        QCOMPARE(clicks.at(1).at(3).toString(), QStringLiteral("10:30"));
+
+        row.HandleDoubleClick(QPointF(60, 14)); // the background raises nothing
+        QCOMPARE(clicks.size(), 2);
+    }
+
+    void paintsLabelsAndSeparator()
+    {
+        ctlEntry row;
+        initRow(row, QStringLiteral("Zahnarzt"), 100);
+        row.Move(0, 0, 100, 16);
+        row.setVisible(true);
+        row.setShowLineSeperator(true);
+        QImage image(100, 16, QImage::Format_RGB32);
+        image.fill(Qt::black);
+        QPainter painter(&image);
+        row.Paint(painter, QPalette());
+        painter.end();
+        QCOMPARE(image.pixelColor(99, 2).rgb(), QColor(Qt::white).rgb()); // lblText's background
+        QCOMPARE(image.pixelColor(50, 15).rgb(), QPalette().color(QPalette::Midlight).rgb()); // the separator
+    }
+
+    void invisibleRowPaintsNothing()
+    {
+        ctlEntry row;
+        initRow(row, QStringLiteral("Zahnarzt"), 100);
+        QImage image(100, 40, QImage::Format_RGB32);
+        image.fill(Qt::black);
+        QPainter painter(&image);
+        row.Paint(painter, QPalette());
+        painter.end();
+        QCOMPARE(image.pixelColor(50, 20).rgb(), QColor(Qt::black).rgb());
+    }
+};
+
+QTEST_MAIN(tst_ctlEntry)
+#include "tst_ctlEntry.moc"
