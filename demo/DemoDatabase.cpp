@@ -1,10 +1,18 @@
 #include "DemoDatabase.h"
 
+#include "kvAppointmentTable.h"
+#include "kvConnection.h"
+#include "kvRuntimeError.h"
+
 #include <QDir>
 #include <QFileInfo>
-#include <QSqlError>
-#include <QSqlQuery>
+#include <QSqlDatabase>
 #include <QStandardPaths>
+
+#include <algorithm>
+
+DemoDatabase::DemoDatabase() = default;
+DemoDatabase::~DemoDatabase() = default;
 
 QString DemoDatabase::DefaultPath()
 {
@@ -12,40 +20,44 @@ QString DemoDatabase::DefaultPath()
     return QDir(folder).filePath(QStringLiteral("termine.sqlite"));
 }
 
-bool DemoDatabase::Open(const QString &path, QString *error)
+QString DemoDatabase::SqliteConnectionString(const QString &path)
 {
-    m_path = QFileInfo(path).absoluteFilePath();
-    if (!QDir().mkpath(QFileInfo(m_path).absolutePath())) {
-        *error = QStringLiteral("Der Ordner für %1 kann nicht angelegt werden.").arg(m_path);
-        return false;
-    }
-    QSqlDatabase database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_connectionName);
-    database.setDatabaseName(m_path);
-    if (!database.open()) {
-        *error = database.lastError().text();
+    const QString absolute = QFileInfo(path).absoluteFilePath();
+    QDir().mkpath(QFileInfo(absolute).absolutePath());
+    return QStringLiteral("Driver=SQLite3;Database=") + absolute;
+}
+
+bool DemoDatabase::Open(const QString &connectionString, QString *error)
+{
+    m_connection = std::make_unique<kvConnection>();
+    try {
+        m_connection->Open(connectionString);
+    } catch (const kvRuntimeError &failure) {
+        *error = failure.description();
         return false;
     }
     return CreateTableIfMissing(error);
 }
 
-QSqlDatabase DemoDatabase::Connection() const
+QString DemoDatabase::DisplayName() const
 {
-    return QSqlDatabase::database(m_connectionName, false);
+    const QSqlDatabase database = m_connection->Database();
+    return QFileInfo(database.databaseName()).fileName();
 }
 
 bool DemoDatabase::CreateTableIfMissing(QString *error)
 {
-    QSqlQuery query(Connection());
-    const bool created = query.exec(QStringLiteral(
-        "CREATE TABLE IF NOT EXISTS %1 ("
-        "DateID INTEGER PRIMARY KEY AUTOINCREMENT, "
-        "DateBegin DATETIME NOT NULL, "
-        "DateEnd DATETIME NOT NULL, "
-        "Name TEXT NOT NULL, "
-        "Remark TEXT, "
-        "Document TEXT, "
-        "ImageID INTEGER)").arg(QLatin1String(TableName)));
-    if (!created)
-        *error = query.lastError().text();
-    return created;
+    const QStringList tables = m_connection->Database().tables();
+    const bool exists = std::any_of(tables.cbegin(), tables.cend(), [](const QString &table) {
+        return table.compare(QLatin1String(TableName), Qt::CaseInsensitive) == 0;
+    });
+    if (exists)
+        return true;
+    try {
+        kvAppointmentTable::Create(*m_connection, QLatin1String(TableName));
+    } catch (const kvRuntimeError &failure) {
+        *error = failure.description();
+        return false;
+    }
+    return true;
 }

@@ -1,24 +1,34 @@
 #pragma once
 
-#include <QSqlDatabase>
 #include <QString>
 
-//! The demo's own appointment database: an SQLite file, created with its table when missing.
+#include <memory>
+
+class kvConnection;
+
+/*!
+    The demo's appointment database: by default an SQLite file, created with its table when
+    missing; or any connection string the user gives.
+*/
 class DemoDatabase
 {
 public:
     static constexpr const char *TableName = "Termine";
 
-    static QString DefaultPath();
+    DemoDatabase();
+    ~DemoDatabase();
 
-    //! Opens (and creates when missing) the file; false with \a error on failure.
-    bool Open(const QString &path, QString *error);
-    QSqlDatabase Connection() const;
-    QString Path() const { return m_path; }
+    static QString DefaultPath();
+    static QString SqliteConnectionString(const QString &path);
+
+    //! Opens \a connectionString and creates the appointment table when it is missing.
+    bool Open(const QString &connectionString, QString *error);
+    kvConnection *Connection() const { return m_connection.get(); }
+    //! A short name of the database for the window title.
+    QString DisplayName() const;
 
 private:
     bool CreateTableIfMissing(QString *error);
 
-    QString m_connectionName = QStringLiteral("kvkalivo-demo");
-    QString m_path;
+    std::unique_ptr<kvConnection> m_connection;
 };

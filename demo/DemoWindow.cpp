@@ -5,22 +5,23 @@
 #include "kvSettingsPropertyBag.h"
 
 #include <QCloseEvent>
-#include <QFileInfo>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QSettings>
 
-DemoWindow::DemoWindow(const QString &databasePath, QSettings *settings, QWidget *parent)
+DemoWindow::DemoWindow(DemoDatabase &database, QSettings *settings, QWidget *parent)
     : QMainWindow(parent)
     , m_settings(settings)
 {
-    setWindowTitle(QStringLiteral("kvKalivo Demo – %1").arg(QFileInfo(databasePath).fileName()));
+    setWindowTitle(QStringLiteral("kvKalivo Demo – %1").arg(database.DisplayName()));
     m_calendar = new kvKalivo(this);
     setCentralWidget(m_calendar);
 
     kvSettingsPropertyBag bag(m_settings, QStringLiteral("kvKalivo"));
     m_calendar->ReadProperties(bag);
+    m_calendar->setParameterizedSql(true);
     m_calendar->setRecordSource(QLatin1String(DemoDatabase::TableName));
+    m_calendar->setConnection(database.Connection());
     m_calendar->setPublicHoliday(true);
 
     CreateMenus();

@@ -2,6 +2,7 @@
 
 #include <QMainWindow>
 
+class DemoDatabase;
 class QSettings;
 class kvKalivo;
 
@@ -11,7 +12,7 @@ class DemoWindow : public QMainWindow
     Q_OBJECT
 
 public:
-    DemoWindow(const QString &databasePath, QSettings *settings, QWidget *parent = nullptr);
+    DemoWindow(DemoDatabase &database, QSettings *settings, QWidget *parent = nullptr);
 
     kvKalivo *Calendar() const { return m_calendar; }
 

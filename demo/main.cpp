@@ -36,26 +36,32 @@ int main(int argc, char *argv[])
     const QCommandLineOption databaseOption(QStringLiteral("database"),
         QStringLiteral("The SQLite database file (created when missing)."), QStringLiteral("file"),
         DemoDatabase::DefaultPath());
+    const QCommandLineOption connectionOption(QStringLiteral("connection"),
+        QStringLiteral("Any ADO-style connection string instead of the SQLite file, e.g. "
+                       "\"Driver={MySQL ODBC 8.0 Driver};Server=127.0.0.1;Database=termine;Uid=u;Pwd=p\"."),
+        QStringLiteral("string"));
     const QCommandLineOption screenshotOption(QStringLiteral("screenshot"),
         QStringLiteral("Render the window offscreen into a PNG file and exit."), QStringLiteral("file"));
     const QCommandLineOption sizeOption(QStringLiteral("size"),
         QStringLiteral("Window size for --screenshot, WIDTHxHEIGHT."), QStringLiteral("size"),
         QStringLiteral("1280x800"));
-    parser.addOptions({databaseOption, screenshotOption, sizeOption});
+    parser.addOptions({databaseOption, connectionOption, screenshotOption, sizeOption});
     parser.process(app);
 
+    const QString connectionString = parser.isSet(connectionOption)
+        ? parser.value(connectionOption)
+        : DemoDatabase::SqliteConnectionString(parser.value(databaseOption));
     DemoDatabase database;
     QString error;
-    if (!database.Open(parser.value(databaseOption), &error)) {
-        QTextStream(stderr) << "kvkalivo-demo: cannot open " << parser.value(databaseOption)
-                            << ": " << error << '\n';
+    if (!database.Open(connectionString, &error)) {
+        QTextStream(stderr) << "kvkalivo-demo: cannot open " << connectionString << ": " << error << '\n';
         if (!parser.isSet(screenshotOption))
             QMessageBox::critical(nullptr, QStringLiteral("kvKalivo Demo"), error);
         return 1;
     }
 
     QSettings settings;
-    DemoWindow window(database.Path(), &settings);
+    DemoWindow window(database, &settings);
     if (parser.isSet(screenshotOption)) {
         const QStringList size = parser.value(sizeOption).split(QLatin1Char('x'));
         const QSize windowSize = size.size() == 2 ? QSize(size[0].toInt(), size[1].toInt())

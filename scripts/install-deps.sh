@@ -10,6 +10,8 @@ PACKAGES=(
   libgl-dev
   fonts-dejavu-core fonts-dejavu-extra
   sqlite3
+  libqt6sql6-mysql libqt6sql6-odbc unixodbc odbcinst tdsodbc odbc-mdbtools
+  mariadb-server mariadb-client
 )
 
 missing=()
@@ -18,14 +20,28 @@ for package in "${PACKAGES[@]}"; do
   [ "$status" = "installed" ] || missing+=("$package")
 done
 
-if [ ${#missing[@]} -eq 0 ]; then
-  echo "install-deps: all ${#PACKAGES[@]} packages present"
-  exit 0
-fi
-
 SUDO=""
 if [ "$(id -u)" -ne 0 ]; then SUDO="sudo"; fi
-echo "install-deps: installing ${missing[*]}"
-export DEBIAN_FRONTEND=noninteractive
-$SUDO apt-get update -qq
-$SUDO apt-get install -y -qq --no-install-recommends "${missing[@]}"
+
+if [ ${#missing[@]} -eq 0 ]; then
+  echo "install-deps: all ${#PACKAGES[@]} packages present"
+else
+  echo "install-deps: installing ${missing[*]}"
+  export DEBIAN_FRONTEND=noninteractive
+  $SUDO apt-get update -qq
+  $SUDO apt-get install -y -qq --no-install-recommends "${missing[@]}"
+fi
+
+# The ODBC drivers the data layer names (FreeTDS for SQL Server, MDBTools for Access) must be
+# registered in /etc/odbcinst.ini; the Debian packages usually do it, this makes sure.
+register_odbc_driver() {
+  local name=$1 library=$2
+  if odbcinst -q -d -n "$name" >/dev/null 2>&1; then return; fi
+  [ -e "$library" ] || { echo "install-deps: $library missing, cannot register $name" >&2; return 1; }
+  printf '[%s]\nDescription=%s\nDriver=%s\n' "$name" "$name" "$library" \
+    | $SUDO odbcinst -i -d -r >/dev/null
+  echo "install-deps: registered ODBC driver $name"
+}
+odbc_dir=/usr/lib/$(dpkg-architecture -qDEB_HOST_MULTIARCH 2>/dev/null || gcc -print-multiarch)/odbc
+register_odbc_driver FreeTDS "$odbc_dir/libtdsodbc.so"
+register_odbc_driver MDBTools "$odbc_dir/libmdbodbc.so"

@@ -1,6 +1,8 @@
 // Part 1.1: the control shell and its properties.
 #include "ctlToolTip.h"
 #include "frmPicSelector.h"
+#include "kvAppointmentTable.h"
+#include "kvConnection.h"
 #include "kvError.h"
 #include "kvFixedClock.h"
 #include "kvKalivo.h"
@@ -483,7 +485,8 @@ private slots:
                               "DayHeaderColor2", "DayHeaderColor1", "DayHeaderForeColor",
                               "TodayHeaderColor", "WeeksVisible", "RecordSource", "AutoRefresh",
                               "RaiseDatabaseEvents", "PublicHoliday", "RaiseEditEvent", "Footnote",
-                              "DbDateFormat", "ToolTipBackColor1", "ToolTipBackColor2"}));
+                              "DbDateFormat", "ToolTipBackColor1", "ToolTipBackColor2",
+                              "ParameterizedSql"}));
         QCOMPARE(control.View(), kvKalivo::kvWeek);
         QCOMPARE(control.BorderStyle(), kvKalivo::kvNone);
         QCOMPARE(control.WeekendColumns(), kvKalivo::kvOne);
@@ -541,6 +544,7 @@ private slots:
         control.setRaiseEditEvent(true);
         control.setDayHeaderColor1(0x123456);
         control.setToolTipBackColor1(0);
+        control.setParameterizedSql(true);
         control.setIconPath(QStringLiteral("/icons"));
         control.setRaiseErrorEvent(true);
         control.setEnabled(false);
@@ -552,7 +556,7 @@ private slots:
                               "DayHeaderColor2", "DayHeaderColor1", "DayHeaderForeColor",
                               "TodayHeaderColor", "ToolTipBackColor2", "WeeksVisible",
                               "RecordSource", "AutoRefresh", "RaiseDatabaseEvents", "PublicHoliday",
-                              "RaiseEditEvent", "Footnote", "DbDateFormat"}));
+                              "RaiseEditEvent", "Footnote", "DbDateFormat", "ParameterizedSql"}));
     }
 
     void roundTripThroughTheMemoryBag()
@@ -674,6 +678,60 @@ private slots:
         }
     }
 
+    void parameterizedSqlIsOffByDefaultAndNotifies()
+    {
+        kvKalivo control;
+        QCOMPARE(control.ParameterizedSql(), false);
+        Observer observer(control);
+        control.setParameterizedSql(true);
+        QCOMPARE(control.ParameterizedSql(), true);
+        QCOMPARE(observer.notifications(), QStringList{QStringLiteral("ParameterizedSql")});
+        control.InitProperties();
+        QCOMPARE(control.ParameterizedSql(), false);
+    }
+
+    // Part 2.1 edge case: a closed connection disables "Next", "Previous" and "New"; setting an
+    // open one enables all three.
+    void connectionStateEnablesTheDatabaseButtons()
+    {
+        QTemporaryDir folder;
+        kvConnection connection;
+        connection.Open(QStringLiteral("Driver=SQLite3;Database=%1").arg(folder.filePath(QStringLiteral("t.db"))));
+        kvAppointmentTable::Create(connection, QStringLiteral("Termine"));
+        kvKalivo control;
+        control.setRecordSource(QStringLiteral("Termine"));
+        control.setConnection(&connection);
+        QCOMPARE(control.Connection(), &connection);
+        for (const QString &key : {QStringLiteral("Next"), QStringLiteral("Previous"), QStringLiteral("New")})
+            QVERIFY2(toolbarButton(control, key)->isEnabled(), qPrintable(key));
+
+        kvConnection closed;
+        closed.setConnectionString(connection.ConnectionString());
+        control.setConnection(&closed);
+        for (const QString &key : {QStringLiteral("Next"), QStringLiteral("Previous"), QStringLiteral("New")})
+            QVERIFY2(!toolbarButton(control, key)->isEnabled(), qPrintable(key));
+        QVERIFY(toolbarButton(control, QStringLiteral("Forward"))->isEnabled());
+        // Probing a closed connection fails like ADO; the control reports it and stays usable.
+        QCOMPARE(m_messageBox.CallCount(), 1);
+        QVERIFY(m_messageBox.LastCall().prompt.startsWith(QStringLiteral("kvKalivo-Fehlercode ")));
+        m_messageBox.Clear();
+    }
+
+    void connectionToAMissingTableIsReportedWithTheEnginesMessage()
+    {
+        QTemporaryDir folder;
+        kvConnection connection;
+        connection.Open(QStringLiteral("Driver=SQLite3;Database=%1").arg(folder.filePath(QStringLiteral("t.db"))));
+        kvKalivo control;
+        control.setRecordSource(QStringLiteral("Fehlt"));
+        control.setConnection(&connection);
+        QCOMPARE(m_messageBox.CallCount(), 1);
+        QVERIFY2(m_messageBox.LastCall().prompt.contains(QStringLiteral("no such table")),
+                 qPrintable(m_messageBox.LastCall().prompt));
+        QVERIFY(toolbarButton(control, QStringLiteral("Next"))->isEnabled()); // step 4 came first
+        m_messageBox.Clear();
+    }
+
 private:
     static void ConfigureEverything(kvKalivo &control)
     {
@@ -696,6 +754,7 @@ private:
         control.setRaiseEditEvent(true);
         control.setFootnote(QStringLiteral("Gedruckt: Büro Müller"));
         control.setDbDateFormat(kvKalivo::kvMySQL);
+        control.setParameterizedSql(true);
     }
 
     static void CompareWithEverything(const kvKalivo &control)
@@ -719,6 +778,7 @@ private:
         QCOMPARE(control.RaiseEditEvent(), true);
         QCOMPARE(control.Footnote(), QStringLiteral("Gedruckt: Büro Müller"));
         QCOMPARE(control.DbDateFormat(), kvKalivo::kvMySQL);
+        QCOMPARE(control.ParameterizedSql(), true);
     }
 };
 

@@ -3,6 +3,7 @@
 #include "ctlDay.h"
 #include "ctlToolTip.h"
 #include "frmPicSelector.h"
+#include "kvAppointmentStore.h"
 #include "kvCalendarWeek.h"
 #include "kvClock.h"
 #include "kvError.h"
@@ -13,6 +14,7 @@
 #include "kvOleColor.h"
 #include "kvPlatform.h"
 #include "kvPropertyBag.h"
+#include "kvRuntimeError.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -33,6 +35,8 @@ namespace {
 constexpr int DatePickerWidth = 120;
 constexpr int ChromeSpacing = 4;
 constexpr int WeekdayCaptionHeight = 17;
+// ADO's adErrInvalidConnection: reported for a connection failure whose number needs 32 bits.
+constexpr int InvalidConnectionCode = 3709;
 
 // VB's CStr of a Boolean on the German runtime, for the quirky value notifications.
 QString booleanText(bool value)
@@ -75,6 +79,7 @@ void kvKalivo::Initialize()
     CreateDatePicker();
     CreateStatusBar();
     m_toolTip = new ctlToolTip(this);
+    CreateStore();
     setView(kvWeek);
     setActualDate(kvPlatform::clock().Today().date());
     CreateTimers();
@@ -163,6 +168,14 @@ void kvKalivo::CreateStatusBar()
     m_statusBar->addWidget(m_statusWeekPanel);
 }
 
+void kvKalivo::CreateStore()
+{
+    m_store = new kvAppointmentStore(this);
+    m_store->setObjectName(QStringLiteral("kvAppointmentStore"));
+    m_store->SetReporter([this](int code, const QString &description) { ReportError(code, description); });
+    connect(m_store, &kvAppointmentStore::ConnectionStateRead, this, &kvKalivo::EnableDatabaseButtons);
+}
+
 void kvKalivo::CreateTimers()
 {
     m_timerTooltipOff = new QTimer(this);
@@ -189,6 +202,7 @@ void kvKalivo::InitProperties()
     m_weeksVisible = true;
     m_toolTipBackColor1 = m_toolTip->ToolTipBackColor1();
     m_toolTipBackColor2 = m_toolTip->ToolTipBackColor2();
+    m_store->setParameterizedSql(false);
     PressViewButton();
     SyncDatePicker();
     ShowCalendarWeek();
@@ -222,6 +236,8 @@ void kvKalivo::ReadProperties(const kvPropertyBag &bag)
     m_raiseEditEvent = bag.ReadBoolean(QStringLiteral("RaiseEditEvent"), false);
     m_footnote = bag.ReadString(QStringLiteral("Footnote"), QString());
     m_dbDateFormat = enDbDateFormat(bag.ReadInteger(QStringLiteral("DbDateFormat"), kvAuto));
+    m_store->setDbDateFormat(m_dbDateFormat);
+    m_store->setRecordSource(m_recordSource);
     PressViewButton();
     m_toolTipBackColor1 = uint(bag.ReadLong(QStringLiteral("ToolTipBackColor1"),
                                             qint32(m_toolTip->ToolTipBackColor1())));
@@ -229,6 +245,8 @@ void kvKalivo::ReadProperties(const kvPropertyBag &bag)
                                             qint32(m_toolTip->ToolTipBackColor2())));
     m_toolTip->setToolTipBackColor1(m_toolTipBackColor1);
     m_toolTip->setToolTipBackColor2(m_toolTipBackColor2);
+    // The extension's key comes after the spec's keys.
+    m_store->setParameterizedSql(bag.ReadBoolean(QStringLiteral("ParameterizedSql"), false));
     ApplyColours();
     // Not in Part 1.1, but a user expects the picker and the status bar to show the date that
     // was read rather than the one Initialize set; neither re-layouts nor notifies.
@@ -260,6 +278,7 @@ void kvKalivo::WriteProperties(kvPropertyBag &bag) const
     bag.WriteProperty(QStringLiteral("RaiseEditEvent"), m_raiseEditEvent, false);
     bag.WriteProperty(QStringLiteral("Footnote"), m_footnote, QString());
     bag.WriteProperty(QStringLiteral("DbDateFormat"), int(m_dbDateFormat), alwaysStored);
+    bag.WriteProperty(QStringLiteral("ParameterizedSql"), m_store->ParameterizedSql(), false);
 }
 
 void kvKalivo::paintEvent(QPaintEvent *event)
@@ -379,9 +398,47 @@ void kvKalivo::setActualDate(const QDate &date)
     ShowCalendarWeek();
 }
 
+kvConnection *kvKalivo::Connection() const
+{
+    return m_store->Connection();
+}
+
+void kvKalivo::setConnection(kvConnection *connection)
+{
+    try {
+        m_store->SetConnection(connection);
+    } catch (const kvRuntimeError &error) {
+        const bool fits = error.number() >= std::numeric_limits<qint16>::min()
+            && error.number() <= std::numeric_limits<qint16>::max();
+        ReportError(fits ? error.number() : InvalidConnectionCode, error.description());
+    } catch (...) {
+        ReportError(InvalidConnectionCode, kvErrorReporting::DescribeCurrentException());
+    }
+}
+
+void kvKalivo::EnableDatabaseButtons(int connectionState)
+{
+    for (const char16_t *key : {u"Next", u"Previous", u"New"}) {
+        if (QAction *button = m_toolbarMain->findChild<QAction *>(QString::fromUtf16(key)))
+            button->setEnabled(connectionState != kvConnection::adStateClosed);
+    }
+}
+
+bool kvKalivo::ParameterizedSql() const
+{
+    return m_store->ParameterizedSql();
+}
+
+void kvKalivo::setParameterizedSql(bool parameterized)
+{
+    m_store->setParameterizedSql(parameterized);
+    Notify(QStringLiteral("ParameterizedSql"));
+}
+
 void kvKalivo::setRecordSource(const QString &recordSource)
 {
     m_recordSource = recordSource;
+    m_store->setRecordSource(recordSource);
     Notify(QStringLiteral("RecordSource"));
 }
 
@@ -457,6 +514,7 @@ void kvKalivo::setIconPath(const QString &path)
 void kvKalivo::setDbDateFormat(enDbDateFormat format)
 {
     m_dbDateFormat = format;
+    m_store->setDbDateFormat(format);
 }
 
 void kvKalivo::setUserMode(bool userMode)

@@ -2,6 +2,7 @@
 
 #include "kvkalivo_export.h"
 
+#include "kvConnection.h"
 #include "kvDate.h"
 
 #include <QDate>
@@ -15,6 +16,7 @@ class QStatusBar;
 class QTimer;
 class QToolBar;
 class ctlToolTip;
+class kvAppointmentStore;
 class kvError;
 class kvPropertyBag;
 
@@ -44,6 +46,7 @@ class KVKALIVO_EXPORT kvKalivo : public QWidget
     Q_PROPERTY(uint DayHeaderColor2 READ DayHeaderColor2 WRITE setDayHeaderColor2)
     Q_PROPERTY(uint DayHeaderColor1 READ DayHeaderColor1 WRITE setDayHeaderColor1)
     Q_PROPERTY(QDate ActualDate READ ActualDate WRITE setActualDate)
+    Q_PROPERTY(kvConnection *Connection READ Connection WRITE setConnection STORED false DESIGNABLE false)
     Q_PROPERTY(QString RecordSource READ RecordSource WRITE setRecordSource)
     Q_PROPERTY(uint ToolTipBackColor1 READ ToolTipBackColor1 WRITE setToolTipBackColor1)
     Q_PROPERTY(uint ToolTipBackColor2 READ ToolTipBackColor2 WRITE setToolTipBackColor2)
@@ -56,6 +59,7 @@ class KVKALIVO_EXPORT kvKalivo : public QWidget
     Q_PROPERTY(bool RaiseErrorEvent READ RaiseErrorEvent WRITE setRaiseErrorEvent STORED false)
     Q_PROPERTY(QString IconPath READ IconPath WRITE setIconPath STORED false)
     Q_PROPERTY(enDbDateFormat DbDateFormat READ DbDateFormat WRITE setDbDateFormat)
+    Q_PROPERTY(bool ParameterizedSql READ ParameterizedSql WRITE setParameterizedSql)
     Q_PROPERTY(bool UserMode READ UserMode WRITE setUserMode STORED false DESIGNABLE false)
 
 public:
@@ -106,6 +110,15 @@ public:
     QDate ActualDate() const;
     void setActualDate(const QDate &date);
 
+    /*!
+        Part 2.1: the host's open connection (not owned; it may be a kvConnection::Wrap of the
+        host's QSqlDatabase). Setting it chooses the SQL dialect, enables "Next", "Previous"
+        and "New" when it is open, and probes the table's optional columns. A failure of the
+        connection or the probe is reported through Part 1.3 with the data layer's ADO number
+        (3709 when that does not fit 16 bits) and the engine's message.
+    */
+    kvConnection *Connection() const;
+    void setConnection(kvConnection *connection);
     QString RecordSource() const { return m_recordSource; }
     void setRecordSource(const QString &recordSource);
     QString Footnote() const { return m_footnote; }
@@ -134,6 +147,14 @@ public:
     void setIconPath(const QString &path);
     enDbDateFormat DbDateFormat() const { return m_dbDateFormat; }
     void setDbDateFormat(enDbDateFormat format);
+
+    /*!
+        Extension: False (default) sends the spec's SQL texts exactly; True binds every value as
+        a parameter and uses SQL the connected engine accepts, so that apostrophes and injected
+        SQL are stored as typed. Recommended for new hosts. Persisted as "ParameterizedSql".
+    */
+    bool ParameterizedSql() const;
+    void setParameterizedSql(bool parameterized);
 
     //! The container's ambient UserMode: false in a form designer (no dates, no appointments).
     bool UserMode() const { return m_userMode; }
@@ -178,6 +199,7 @@ private:
     void CreateDatePicker();
     void CreateMonthCaption();
     void CreateTimers();
+    void CreateStore();
     QAction *AddToolbarButton(int position, const QString &key, const QString &toolTip,
                               const QString &imageName);
     void PressViewButton();
@@ -213,6 +235,7 @@ private:
 
     void SetCellColour(uint &field, uint color, const QString &propertyName);
     void Notify(const QString &propertyName);
+    void EnableDatabaseButtons(int connectionState);
     void ReportError(int code, const QString &description);
 
     kvDate FirstGridDate() const;
@@ -251,4 +274,5 @@ private:
     QTimer *m_timerTooltip = nullptr;
     QTimer *m_timerTooltipOff = nullptr;
     ctlToolTip *m_toolTip = nullptr;
+    kvAppointmentStore *m_store = nullptr;
 };

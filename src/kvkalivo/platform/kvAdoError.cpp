@@ -1,0 +1,97 @@
+#include "kvAdoError.h"
+
+#include <QSqlError>
+
+namespace {
+
+QString withDetail(const QString &text, const QString &detail)
+{
+    return detail.isEmpty() ? text : text + QStringLiteral(" (") + detail + QLatin1Char(')');
+}
+
+} // namespace
+
+kvRuntimeError kvAdoError::typeMismatch()
+{
+    return kvRuntimeError(TypeMismatch, QStringLiteral("Typen unverträglich"));
+}
+
+kvRuntimeError kvAdoError::invalidUseOfNull()
+{
+    return kvRuntimeError(InvalidUseOfNull, QStringLiteral("Unzulässige Verwendung von Null"));
+}
+
+kvRuntimeError kvAdoError::invalidArgument(const QString &detail)
+{
+    return kvRuntimeError(adErrInvalidArgument,
+                          withDetail(QStringLiteral("Die Argumente sind vom falschen Typ, liegen außerhalb des "
+                                                    "zulässigen Bereichs oder sind miteinander unvereinbar."),
+                                     detail));
+}
+
+kvRuntimeError kvAdoError::noCurrentRecord()
+{
+    return kvRuntimeError(adErrNoCurrentRecord,
+                          QStringLiteral("Entweder BOF oder EOF ist True, oder der aktuelle Datensatz wurde "
+                                         "gelöscht. Der angeforderte Vorgang benötigt einen aktuellen Datensatz."));
+}
+
+kvRuntimeError kvAdoError::notUpdatable()
+{
+    return kvRuntimeError(adErrFeatureNotAvailable,
+                          QStringLiteral("Das aktuelle Recordset unterstützt keine Aktualisierungen. Dies ist "
+                                         "möglicherweise eine Einschränkung des Providers oder des gewählten "
+                                         "Sperrtyps."));
+}
+
+kvRuntimeError kvAdoError::itemNotFound()
+{
+    return kvRuntimeError(adErrItemNotFound,
+                          QStringLiteral("Das Element wurde in der Auflistung, die dem angeforderten Namen oder "
+                                         "Ordinalwert entspricht, nicht gefunden."));
+}
+
+kvRuntimeError kvAdoError::objectClosed()
+{
+    return kvRuntimeError(adErrObjectClosed,
+                          QStringLiteral("Der Vorgang ist für ein geschlossenes Objekt nicht zulässig."));
+}
+
+kvRuntimeError kvAdoError::objectOpen()
+{
+    return kvRuntimeError(adErrObjectOpen,
+                          QStringLiteral("Der Vorgang ist für ein geöffnetes Objekt nicht zulässig."));
+}
+
+kvRuntimeError kvAdoError::providerNotFound(const QString &name)
+{
+    return kvRuntimeError(adErrProviderNotFound,
+                          withDetail(QStringLiteral("Der Provider wurde nicht gefunden. Er ist möglicherweise "
+                                                    "nicht ordnungsgemäß installiert."),
+                                     name));
+}
+
+kvRuntimeError kvAdoError::connectionUnusable()
+{
+    return kvRuntimeError(adErrInvalidConnection,
+                          QStringLiteral("Die Verbindung kann nicht zum Ausführen dieses Vorgangs verwendet "
+                                         "werden. Sie ist entweder geschlossen oder in diesem Zusammenhang "
+                                         "ungültig."));
+}
+
+kvRuntimeError kvAdoError::statementFailed(const QSqlError &error)
+{
+    return kvRuntimeError(StatementFailed, engineMessage(error));
+}
+
+kvRuntimeError kvAdoError::openFailed(const QString &context, const QString &engineMessage)
+{
+    const QString text = context.isEmpty() ? engineMessage : context + QStringLiteral(": ") + engineMessage;
+    return kvRuntimeError(ProviderFailed, text);
+}
+
+QString kvAdoError::engineMessage(const QSqlError &error)
+{
+    const QString database = error.databaseText().trimmed();
+    return database.isEmpty() ? error.driverText().trimmed() : database;
+}

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "kvkalivo_export.h"
+
+#include <QString>
+#include <QStringList>
+
+class kvConnection;
+
+/*!
+    \brief Creates the appointment table of Part 2.2 for the connected engine.
+
+    Columns DateID (key filled by the database), DateBegin, DateEnd, Name and, with
+    \a withOptionalColumns, Remark, Document and ImageID; plus one index on DateBegin and one
+    on DateEnd for the per-day query. Engines: "SQLite", "MariaDB" (or "MySQL"), "SQLServer"
+    and "Access" (case-insensitive); another name throws kvRuntimeError 3001.
+*/
+class KVKALIVO_EXPORT kvAppointmentTable
+{
+public:
+    //! Runs CreateTableSql() for \a connection's engine, statement by statement, with Execute; 3709 when closed.
+    static void Create(kvConnection &connection, const QString &tableName, bool withOptionalColumns = true);
+    //! The CREATE TABLE and CREATE INDEX statements for \a engine.
+    static QStringList CreateTableSql(const QString &engine, const QString &tableName,
+                                      bool withOptionalColumns = true);
+
+private:
+    struct ColumnTypes
+    {
+        const char *key;
+        const char *dateTime;
+        const char *name;
+        const char *remark;
+        const char *document;
+        const char *imageId;
+        const char *tableOptions;
+    };
+    static ColumnTypes TypesFor(const QString &engine);
+    static QString IndexName(const QString &tableName, const QString &column);
+};

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "kvkalivo_export.h"
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+#include <utility>
+
+/*!
+    \brief An ADO/ODBC connection string: "key=value;key=value".
+
+    Keys are compared case-insensitively with their blanks simplified ("data  source" is
+    "Data Source"). A value may be written in {braces} (";" allowed inside, "}}" for "}") or in
+    double or single quotes (the quote doubled inside); otherwise it is trimmed. Empty elements
+    (";;", a trailing ";") are ignored; when a key repeats, the last value wins.
+    Parse() throws kvRuntimeError 3001 for an element without "=", an empty key or an
+    unclosed brace or quote. Its messages name elements by position, never by their value,
+    so that a password does not end up in an error report.
+*/
+class KVKALIVO_EXPORT kvConnectionString
+{
+public:
+    kvConnectionString() = default;
+
+    static kvConnectionString Parse(const QString &text);
+
+    int Count() const { return int(m_pairs.size()); }
+    QStringList Keys() const;
+    bool Contains(const QString &key) const;
+    //! The value of \a key; empty text when it is missing.
+    QString Value(const QString &key) const;
+    //! The value of the first of \a synonyms that is present.
+    QString Value(const QStringList &synonyms) const;
+    bool ContainsAny(const QStringList &synonyms) const;
+
+    //! \a value as an ODBC value: in braces when it holds ";", "{", "}" or outer blanks.
+    static QString Quote(const QString &value);
+    //! Joins \a pairs into "key=value;…", quoting the values as needed.
+    static QString Join(const QList<std::pair<QString, QString>> &pairs);
+
+private:
+    static QString NormalizedKey(const QString &key);
+    int IndexOf(const QString &key) const;
+    void Set(const QString &key, const QString &value);
+
+    QList<std::pair<QString, QString>> m_pairs;   // key as written, value
+};

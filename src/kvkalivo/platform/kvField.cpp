@@ -1,0 +1,120 @@
+#include "kvField.h"
+
+#include "kvAdoError.h"
+#include "kvFormat.h"
+
+#include <QRegularExpression>
+
+namespace {
+
+const QRegularExpression &isoPattern()
+{
+    static const QRegularExpression pattern(QStringLiteral(
+        "^(\\d{4})-(\\d{1,2})-(\\d{1,2})(?:[ T](\\d{1,2}):(\\d{2})(?::(\\d{2})(?:\\.\\d+)?)?)?"
+        "(?:Z|[+-]\\d{2}(?::?\\d{2})?)?$"));
+    return pattern;
+}
+
+const QRegularExpression &dbTextPattern()
+{
+    static const QRegularExpression pattern(QStringLiteral("^\\d{4}-\\d{2}-\\d{2} \\d{2}:\\d{2}(?::\\d{2})?$"));
+    return pattern;
+}
+
+bool isNumber(const QVariant &value)
+{
+    switch (value.typeId()) {
+    case QMetaType::Int: case QMetaType::UInt: case QMetaType::LongLong: case QMetaType::ULongLong:
+    case QMetaType::Double: case QMetaType::Float: case QMetaType::Short: case QMetaType::UShort:
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
+kvField::kvField(const QString &name, const QVariant &value, bool hasRecord)
+    : m_name(name), m_value(value), m_hasRecord(hasRecord)
+{
+}
+
+QVariant kvField::Value() const
+{
+    if (!m_hasRecord)
+        throw kvAdoError::noCurrentRecord();
+    return m_value;
+}
+
+bool kvField::IsNull() const
+{
+    const QVariant value = Value();
+    return !value.isValid() || value.isNull();
+}
+
+kvDate kvField::ToDate(const QVariant &value)
+{
+    if (!value.isValid() || value.isNull())
+        throw kvAdoError::invalidUseOfNull();
+    const std::optional<kvDate> date = TryDate(value);
+    if (!date)
+        throw kvAdoError::typeMismatch();
+    return *date;
+}
+
+std::optional<kvDate> kvField::TryDate(const QVariant &value)
+{
+    if (!value.isValid() || value.isNull())
+        return std::nullopt;
+    if (value.userType() == qMetaTypeId<kvDate>())
+        return value.value<kvDate>();
+    switch (value.typeId()) {
+    case QMetaType::QDateTime: {
+        // date() and time() give the wall clock as stored, even for a local time in a DST gap.
+        const QDateTime dateTime = value.toDateTime();
+        return dateTime.date().isValid() ? std::optional(kvDate::fromDateTime(dateTime)) : std::nullopt;
+    }
+    case QMetaType::QDate:
+        return value.toDate().isValid() ? std::optional(kvDate::fromDate(value.toDate())) : std::nullopt;
+    case QMetaType::QString:
+    case QMetaType::QByteArray: {
+        const QString text = value.toString().trimmed();
+        if (const std::optional<kvDate> iso = FromIsoText(text))
+            return iso;
+        return CDate(text);
+    }
+    default:
+        break;
+    }
+    if (isNumber(value))
+        return kvDate::fromDays(value.toDouble());
+    return std::nullopt;
+}
+
+std::optional<kvDate> kvField::FromIsoText(const QString &text)
+{
+    const QRegularExpressionMatch match = isoPattern().match(text);
+    if (!match.hasMatch())
+        return std::nullopt;
+    const QDate date(match.captured(1).toInt(), match.captured(2).toInt(), match.captured(3).toInt());
+    const QTime time(match.captured(4).toInt(), match.captured(5).toInt(), match.captured(6).toInt());
+    if (!date.isValid() || !time.isValid())
+        return std::nullopt;
+    return kvDate::fromDate(date, time);
+}
+
+QDateTime kvField::ToDateTime(const kvDate &date)
+{
+    return QDateTime(date.date(), date.time(), Qt::UTC);
+}
+
+QString kvField::ToDbText(const kvDate &date)
+{
+    return date.date().toString(QStringLiteral("yyyy-MM-dd")) + QLatin1Char(' ')
+           + date.time().toString(QStringLiteral("HH:mm:ss"));
+}
+
+bool kvField::IsDbDateTimeText(const QString &text)
+{
+    return dbTextPattern().match(text).hasMatch();
+}

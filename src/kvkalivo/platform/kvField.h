@@ -1,0 +1,54 @@
+#pragma once
+
+#include "kvDate.h"
+#include "kvkalivo_export.h"
+
+#include <QString>
+#include <QVariant>
+
+#include <optional>
+
+/*!
+    \brief One field of a recordset's current row, as ADO's Field: Name and Value.
+
+    Null is a null QVariant. Date and time columns arrive as QDateTime in Qt::UTC, used only
+    as a carrier of the database's naive wall-clock value: 02:30 stored is 02:30 read, in any
+    time zone. Without a current record (EOF) a field still has its Name, but reading its Value
+    throws kvRuntimeError 3021, as ADO does.
+*/
+class KVKALIVO_EXPORT kvField
+{
+public:
+    kvField() = default;
+    kvField(const QString &name, const QVariant &value, bool hasRecord = true);
+
+    QString Name() const { return m_name; }
+    QVariant Value() const;
+    bool IsNull() const;
+    //! Value() as a date, like VB's CDate on a field: see ToDate().
+    kvDate DateValue() const { return ToDate(Value()); }
+
+    /*!
+        Any date-like value as the spec's Date, without a time-zone shift: kvDate; QDateTime
+        and QDate (their wall-clock date and time as they read, whatever their time spec);
+        ISO text "yyyy-mm-dd[ hh:nn[:ss[.fff]]]" (also with "T", a zone suffix is ignored) or
+        text CDate reads; a number of OLE days. Throws kvRuntimeError 94 for Null and 13 for
+        anything else.
+    */
+    static kvDate ToDate(const QVariant &value);
+    //! As ToDate(), but std::nullopt instead of throwing.
+    static std::optional<kvDate> TryDate(const QVariant &value);
+    //! The carrier the data layer returns dates in: \a date's wall clock in a QDateTime in UTC.
+    static QDateTime ToDateTime(const kvDate &date);
+    //! ISO text with a blank, as written into SQLite and MariaDB: "yyyy-MM-dd hh:mm:ss".
+    static QString ToDbText(const kvDate &date);
+    //! Whether \a text is exactly an ISO date and time as ToDbText() writes it (seconds optional).
+    static bool IsDbDateTimeText(const QString &text);
+
+private:
+    static std::optional<kvDate> FromIsoText(const QString &text);
+
+    QString m_name;
+    QVariant m_value;
+    bool m_hasRecord = false;
+};

@@ -1,0 +1,307 @@
+#include "kvAppointmentStore.h"
+
+#include "ctlDay.h"
+#include "kvAdoError.h"
+#include "kvCommand.h"
+#include "kvConnection.h"
+#include "kvErrorReporting.h"
+#include "kvField.h"
+#include "kvFieldConversion.h"
+#include "kvFields.h"
+#include "kvFormat.h"
+#include "kvInt16.h"
+#include "kvMessageBox.h"
+#include "kvPlatform.h"
+#include "kvRecordset.h"
+#include "kvRuntimeError.h"
+#include "kvSqlTexts.h"
+
+namespace {
+
+// ADO's enumerations as the spec passes them.
+constexpr int adCmdText = 1;
+constexpr int adCmdTable = 2;
+constexpr int adCmdUnspecified = -1;
+constexpr int adOpenForwardOnly = 0;
+constexpr int adOpenKeyset = 1;
+constexpr int adLockUnspecified = -1;
+constexpr int adLockReadOnly = 1;
+constexpr int adLockPessimistic = 2;
+
+constexpr int DeleteQuestionStyle = kvMessageBox::vbYesNoCancel + kvMessageBox::vbQuestion;
+constexpr qint16 NoIcon = 0;
+constexpr qint16 FirstIcon = 10;
+
+kvRuntimeError objectVariableNotSet()
+{
+    return kvRuntimeError(91, QStringLiteral("Objektvariable oder With-Blockvariable nicht festgelegt"));
+}
+
+QVariant value(const kvFields &fields, const char *name)
+{
+    return fields[QString::fromLatin1(name)].Value();
+}
+
+} // namespace
+
+kvAppointmentStore::kvAppointmentStore(QObject *parent) : QObject(parent) {}
+
+kvAppointmentStore::~kvAppointmentStore() = default;
+
+std::optional<int> kvAppointmentStore::SetConnection(kvConnection *connection)
+{
+    m_connection = connection;
+    m_dialect = ChooseDialect(connection);
+    if (!connection)
+        return std::nullopt;
+    const int state = connection->State();
+    Q_EMIT ConnectionStateRead(state);
+    ProbeColumns(*connection);
+    return state;
+}
+
+qint16 kvAppointmentStore::ChooseDialect(const kvConnection *connection) const
+{
+    if (m_dbDateFormat >= kvSqlTexts::MicrosoftSql && m_dbDateFormat <= kvSqlTexts::MySql)
+        return kvSqlTexts::DatabaseDialect(m_dbDateFormat, QString(), QString());
+    if (!connection)
+        throw objectVariableNotSet();
+    // The connection string is read only when the provider is not Jet, as in the spec.
+    if (kvSqlTexts::IsJetProvider(connection->Provider()))
+        return kvSqlTexts::MicrosoftAccess;
+    return kvSqlTexts::DialectFromConnectionString(connection->ConnectionString());
+}
+
+void kvAppointmentStore::ProbeColumns(kvConnection &connection)
+{
+    if (m_parameterizedSql)
+        kvParameterizedSql::RequirePlainIdentifier(m_recordSource);
+    kvRecordset recordset;
+    recordset.Open(m_recordSource, &connection, adOpenForwardOnly, adLockReadOnly, adCmdTable);
+    const kvFields &fields = recordset.Fields();
+    for (int i = 0; i < fields.Count(); ++i) {
+        const QString name = fields.Item(i).Name().toUpper();
+        if (name == QStringLiteral("IMAGEID"))
+            m_columns.ImageID = true;
+        else if (name == QStringLiteral("DOCUMENT"))
+            m_columns.Document = true;
+        else if (name == QStringLiteral("REMARK"))
+            m_columns.Remark = true;
+    }
+}
+
+kvParameterizedSql::Engine kvAppointmentStore::Engine() const
+{
+    return kvParameterizedSql::EngineOf(m_connection->Database().driverName());
+}
+
+QString kvAppointmentStore::FormatDbDate(const kvDate &date) const
+{
+    return kvSqlTexts::FormatDbDate(date, m_dialect);
+}
+
+bool kvAppointmentStore::CanQuery() const
+{
+    return m_connection && !m_connection->ConnectionString().isEmpty() && !m_recordSource.isEmpty();
+}
+
+QString kvAppointmentStore::LoadDayAppointments(const kvDate &day, ctlDay &cell, uint backColor)
+{
+    if (!CanQuery())
+        return QString();
+    int step = 1;
+    try {
+        step = 2; // the date literals cannot fail; the text can (a refused table name)
+        const kvSqlStatement statement = DayStatement(day);
+        step = 3;
+        kvCommand command;
+        command.setActiveConnection(m_connection.data());
+        command.setCommandType(adCmdText);
+        command.setCommandText(statement.Text);
+        command.Parameters() = statement.Values;
+        step = 4;
+        kvRecordset recordset;
+        recordset.Open(command, adOpenForwardOnly, adLockUnspecified, adCmdUnspecified);
+        step = 5;
+        while (!recordset.EOF()) {
+            AddRow(recordset.Fields(), day, cell, backColor, step);
+            recordset.MoveNext();
+        }
+        step = 10;
+        recordset.Close();
+    } catch (...) {
+        return QStringLiteral("%1-%2\r\n%3")
+            .arg(DayLoadFailureBase)
+            .arg(step)
+            .arg(kvErrorReporting::DescribeCurrentException());
+    }
+    return QString();
+}
+
+kvSqlStatement kvAppointmentStore::DayStatement(const kvDate &day) const
+{
+    if (m_parameterizedSql)
+        return kvParameterizedSql::DayQuery(m_recordSource, day, m_dialect, Engine());
+    return {kvSqlTexts::DayQuery(m_recordSource, day, m_dialect), {}};
+}
+
+void kvAppointmentStore::AddRow(const kvFields &fields, const kvDate &day, ctlDay &cell,
+                                uint backColor, int &step) const
+{
+    qint16 imageId = NoIcon;
+    if (m_columns.ImageID) {
+        const QVariant image = value(fields, "ImageID");
+        if (kvFieldConversion::IsNumeric(image))
+            imageId = kvFieldConversion::ToInteger(image);
+        if (imageId < FirstIcon)
+            imageId = NoIcon;
+    }
+    step = 6;
+    const QString document =
+        m_columns.Document ? kvFieldConversion::AppendedToEmpty(value(fields, "Document")) : QString();
+    step = 7;
+    const QString remark =
+        m_columns.Remark ? kvFieldConversion::AppendedToEmpty(value(fields, "Remark")) : QString();
+    step = 8;
+    const kvDate begin = kvField::ToDate(value(fields, "DateBegin"));
+    cell.AddDate(kvFieldConversion::ToLong(value(fields, "DateID")), begin,
+                 kvField::ToDate(value(fields, "DateEnd")),
+                 kvFieldConversion::ToText(value(fields, "Name")), remark, document, imageId,
+                 backColor, 0);
+    step = 9;
+    if (day > begin)
+        cell.Entries(kvInt16::fromInt(cell.EntriesCount()))->setIsContinuedDate(true);
+}
+
+std::optional<kvDate> kvAppointmentStore::FindNextAppointment(const kvDate &lastDisplayedDay)
+{
+    if (!CanQuery())
+        return std::nullopt;
+    try {
+        if (m_parameterizedSql)
+            return FirstDate(kvParameterizedSql::NextQuery(m_recordSource, lastDisplayedDay, m_dialect, Engine()));
+        return FirstDate({kvSqlTexts::NextQuery(m_recordSource, lastDisplayedDay, m_dialect), {}});
+    } catch (...) {
+        return std::nullopt; // the searches stop silently (Part 2.2)
+    }
+}
+
+std::optional<kvDate> kvAppointmentStore::FindPreviousAppointment(const kvDate &firstDisplayedDay)
+{
+    if (!CanQuery())
+        return std::nullopt;
+    try {
+        if (m_parameterizedSql)
+            return FirstDate(kvParameterizedSql::PreviousQuery(m_recordSource, firstDisplayedDay, m_dialect, Engine()));
+        return FirstDate({kvSqlTexts::PreviousQuery(m_recordSource, firstDisplayedDay, m_dialect), {}});
+    } catch (...) {
+        return std::nullopt;
+    }
+}
+
+std::optional<kvDate> kvAppointmentStore::FirstDate(const kvSqlStatement &statement)
+{
+    kvCommand command;
+    command.setActiveConnection(m_connection.data());
+    command.setCommandType(adCmdText);
+    command.setCommandText(statement.Text);
+    command.Parameters() = statement.Values;
+    kvRecordset recordset;
+    recordset.Open(command, adOpenForwardOnly, adLockUnspecified, adCmdText);
+    std::optional<kvDate> found;
+    if (!recordset.EOF()) {
+        // The spec's round trip through "dd-mm-yyyy" drops the time of day.
+        const kvDate next = kvField::ToDate(value(recordset.Fields(), "NextDate"));
+        found = CDate(Format(next, QStringLiteral("dd-mm-yyyy")));
+    }
+    recordset.Close();
+    return found;
+}
+
+void kvAppointmentStore::InsertAppointment(const kvDate &DateBegin, const kvDate &DateEnd,
+                                           const QString &Name, const QString &Remark,
+                                           const QString &Document, qint16 ImageID)
+{
+    try {
+        WriteRecord({0, DateBegin, DateEnd, Name, Remark, Document, ImageID});
+    } catch (...) {
+        Report(InsertFailureCode);
+    }
+}
+
+void kvAppointmentStore::WriteRecord(const kvAppointmentValues &values)
+{
+    if (!m_connection)
+        throw kvAdoError::connectionUnusable();
+    if (m_parameterizedSql)
+        kvParameterizedSql::RequirePlainIdentifier(m_recordSource);
+    kvRecordset recordset;
+    recordset.Open(m_recordSource, m_connection.data(), adOpenKeyset, adLockPessimistic, adCmdTable);
+    recordset.AddNew();
+    recordset.setValue(QStringLiteral("DateBegin"), QVariant::fromValue(values.DateBegin));
+    recordset.setValue(QStringLiteral("DateEnd"), QVariant::fromValue(values.DateEnd));
+    recordset.setValue(QStringLiteral("Name"), values.Name);
+    if (m_columns.Remark)
+        recordset.setValue(QStringLiteral("Remark"), values.Remark);
+    if (m_columns.Document)
+        recordset.setValue(QStringLiteral("Document"), values.Document);
+    if (m_columns.ImageID)
+        recordset.setValue(QStringLiteral("ImageID"), values.ImageID);
+    recordset.Update();
+    recordset.Close();
+}
+
+void kvAppointmentStore::UpdateAppointment(qint32 DateID, const kvDate &DateBegin,
+                                           const kvDate &DateEnd, const QString &Name,
+                                           const QString &Remark, const QString &Document,
+                                           qint16 ImageID)
+{
+    if (!m_connection)
+        return;
+    try {
+        const kvAppointmentValues values{DateID, DateBegin, DateEnd, Name, Remark, Document, ImageID};
+        if (m_parameterizedSql)
+            Execute(kvParameterizedSql::UpdateStatement(m_recordSource, m_dialect, values, m_columns));
+        else
+            Execute({kvSqlTexts::UpdateStatement(m_recordSource, m_dialect, values, m_columns), {}});
+    } catch (...) {
+        Report(UpdateFailureCode);
+    }
+}
+
+void kvAppointmentStore::DeleteAppointment(qint32 DateID, const kvDate &DateBegin,
+                                           const kvDate & /*DateEnd*/, const QString &Name,
+                                           const QString & /*Remark*/,
+                                           const QString & /*Document*/, bool &bCancel)
+{
+    try {
+        const QString question = kvSqlTexts::DeleteQuestion(DateBegin, Name);
+        if (kvPlatform::messageBox().MsgBox(question, DeleteQuestionStyle, QString()) != kvMessageBox::vbYes) {
+            bCancel = true;
+            return;
+        }
+        if (!m_connection)
+            return;
+        if (m_parameterizedSql)
+            Execute(kvParameterizedSql::DeleteStatement(m_recordSource, DateID));
+        else
+            Execute({kvSqlTexts::DeleteStatement(m_recordSource, DateID), {}});
+    } catch (...) {
+        Report(DeleteFailureCode);
+    }
+}
+
+void kvAppointmentStore::Execute(const kvSqlStatement &statement)
+{
+    if (m_parameterizedSql)
+        m_connection->Execute(statement.Text, statement.Values);
+    else
+        m_connection->Execute(statement.Text);
+}
+
+void kvAppointmentStore::Report(int code) const
+{
+    const QString description = kvErrorReporting::DescribeCurrentException();
+    if (m_reporter)
+        m_reporter(code, description);
+}

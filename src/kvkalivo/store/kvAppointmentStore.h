@@ -1,0 +1,130 @@
+#pragma once
+
+#include "kvAppointmentValues.h"
+#include "kvDate.h"
+#include "kvOptionalColumns.h"
+#include "kvParameterizedSql.h"
+#include "kvSqlStatement.h"
+#include "kvkalivo_export.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QString>
+
+#include <functional>
+#include <optional>
+
+class ctlDay;
+class kvConnection;
+class kvFields;
+
+/*!
+    \brief Parts 2.1, 2.2 and the writers of 2.3: the host's connection and table, dialect and
+    column probe, the per-day, next and previous queries, and inserts, updates and deletes.
+
+    The store holds the connection without owning it (it becomes Nothing when the host
+    deletes it). With ParameterizedSql false it sends the spec's texts exactly (kvSqlTexts);
+    with true it binds every value (kvParameterizedSql) and accepts only a plain table name.
+
+    Failures: SetConnection lets the data layer's kvRuntimeError through, as ADO errors
+    propagated in the spec; LoadDayAppointments returns "12-" step CR LF description; the
+    searches return nothing on failure; the writers hand their failure to the reporter
+    (800 insert, 600 update, 700 delete) and never throw.
+*/
+class KVKALIVO_EXPORT kvAppointmentStore : public QObject
+{
+    Q_OBJECT
+
+public:
+    //! Receives a writer's failure: its code and the failure's description (Part 1.3).
+    using Reporter = std::function<void(int code, const QString &description)>;
+
+    static constexpr int UpdateFailureCode = 600;
+    static constexpr int DeleteFailureCode = 700;
+    static constexpr int InsertFailureCode = 800;
+    //! The per-day load's failure text begins with this and the step number.
+    static constexpr int DayLoadFailureBase = 12;
+
+    explicit kvAppointmentStore(QObject *parent = nullptr);
+    ~kvAppointmentStore() override;
+
+    kvConnection *Connection() const { return m_connection.data(); }
+    /*!
+        Part 2.1's procedure: stores \a connection, chooses DatabaseDialect, and unless it is
+        nullptr reads its State (announced by ConnectionStateRead before the probe, and
+        returned) and probes the table's optional columns. nullptr returns std::nullopt.
+        Throws the data layer's kvRuntimeError (a closed connection, a missing table, ...),
+        and error 91 for nullptr while DbDateFormat is kvAuto (Provider of Nothing).
+    */
+    std::optional<int> SetConnection(kvConnection *connection);
+
+    QString RecordSource() const { return m_recordSource; }
+    //! Does not probe the columns again; only SetConnection does.
+    void setRecordSource(const QString &recordSource) { m_recordSource = recordSource; }
+    //! The host's choice, an enDbDateFormat value (0 kvAuto).
+    qint16 DbDateFormat() const { return m_dbDateFormat; }
+    void setDbDateFormat(qint16 format) { m_dbDateFormat = format; }
+    //! 1, 2 or 3 once a connection was set; 0 before.
+    qint16 DatabaseDialect() const { return m_dialect; }
+
+    // Set to true by the probe and never cleared (the spec's deliberate carry-over).
+    bool HasImageIdColumn() const { return m_columns.ImageID; }
+    bool HasDocumentColumn() const { return m_columns.Document; }
+    bool HasRemarkColumn() const { return m_columns.Remark; }
+
+    bool ParameterizedSql() const { return m_parameterizedSql; }
+    void setParameterizedSql(bool parameterized) { m_parameterizedSql = parameterized; }
+
+    void SetReporter(Reporter reporter) { m_reporter = std::move(reporter); }
+
+    //! Part 2.1's FormatDbDate with the current DatabaseDialect.
+    QString FormatDbDate(const kvDate &date) const;
+    //! Connection set, its ConnectionString not empty and RecordSource not empty.
+    bool CanQuery() const;
+
+    /*!
+        Part 2.2: adds every appointment that touches \a day to \a cell (through AddDate, with
+        \a backColor), marking those begun earlier as continued. Returns empty text, or on
+        failure "12-" + step + CR LF + description; rows already added stay. Does nothing
+        unless CanQuery().
+    */
+    QString LoadDayAppointments(const kvDate &day, ctlDay &cell, uint backColor);
+    //! The day (without time) of the first appointment from the day after \a lastDisplayedDay.
+    std::optional<kvDate> FindNextAppointment(const kvDate &lastDisplayedDay);
+    //! The day (without time) of the last appointment beginning before \a firstDisplayedDay.
+    std::optional<kvDate> FindPreviousAppointment(const kvDate &firstDisplayedDay);
+
+    void InsertAppointment(const kvDate &DateBegin, const kvDate &DateEnd, const QString &Name,
+                           const QString &Remark, const QString &Document, qint16 ImageID);
+    void UpdateAppointment(qint32 DateID, const kvDate &DateBegin, const kvDate &DateEnd,
+                           const QString &Name, const QString &Remark, const QString &Document,
+                           qint16 ImageID);
+    //! Asks "Termin <…> löschen?" (style 35); deletes only on Yes, else sets \a bCancel.
+    void DeleteAppointment(qint32 DateID, const kvDate &DateBegin, const kvDate &DateEnd,
+                           const QString &Name, const QString &Remark, const QString &Document,
+                           bool &bCancel);
+
+Q_SIGNALS:
+    //! Step 4 of setting the connection: "Next", "Previous" and "New" follow State != 0.
+    void ConnectionStateRead(int State);
+
+private:
+    qint16 ChooseDialect(const kvConnection *connection) const;
+    void ProbeColumns(kvConnection &connection);
+    kvParameterizedSql::Engine Engine() const;
+
+    kvSqlStatement DayStatement(const kvDate &day) const;
+    void AddRow(const kvFields &fields, const kvDate &day, ctlDay &cell, uint backColor, int &step) const;
+    std::optional<kvDate> FirstDate(const kvSqlStatement &statement);
+    void Execute(const kvSqlStatement &statement);
+    void WriteRecord(const kvAppointmentValues &values);
+    void Report(int code) const;
+
+    QPointer<kvConnection> m_connection;
+    QString m_recordSource;
+    qint16 m_dbDateFormat = 0;
+    qint16 m_dialect = 0;
+    kvOptionalColumns m_columns;
+    bool m_parameterizedSql = false;
+    Reporter m_reporter;
+};

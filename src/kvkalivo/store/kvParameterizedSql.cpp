@@ -1,0 +1,136 @@
+#include "kvParameterizedSql.h"
+
+#include "kvFormat.h"
+#include "kvRuntimeError.h"
+#include "kvSqlTexts.h"
+
+#include <QStringList>
+
+namespace {
+
+constexpr int InvalidArgument = 5;
+
+} // namespace
+
+kvParameterizedSql::Engine kvParameterizedSql::EngineOf(const QString &driverName)
+{
+    if (driverName == QStringLiteral("QSQLITE"))
+        return Engine::SQLite;
+    if (driverName == QStringLiteral("QMYSQL") || driverName == QStringLiteral("QMARIADB"))
+        return Engine::MySql;
+    return Engine::Other;
+}
+
+bool kvParameterizedSql::IsPlainIdentifier(const QString &name)
+{
+    if (name.isEmpty() || name.front().isDigit())
+        return false;
+    for (const QChar c : name) {
+        if (!c.isLetterOrNumber() && c != u'_')
+            return false;
+    }
+    return true;
+}
+
+void kvParameterizedSql::RequirePlainIdentifier(const QString &table)
+{
+    if (IsPlainIdentifier(table))
+        return;
+    throw kvRuntimeError(InvalidArgument,
+                         QStringLiteral("RecordSource \"%1\" ist kein einfacher Tabellenname. Mit "
+                                        "ParameterizedSql sind nur Buchstaben, Ziffern und _ "
+                                        "erlaubt (nicht an erster Stelle eine Ziffer).")
+                             .arg(table));
+}
+
+QVariant kvParameterizedSql::BoundDate(const kvDate &date, int dialect, Engine engine)
+{
+    if (engine == Engine::Other)
+        return AtPrecision(date, dialect).toDateTime();
+    return Format(date, dialect == kvSqlTexts::MicrosoftSql ? QStringLiteral("yyyy-mm-dd hh:nn:ss")
+                                                            : QStringLiteral("yyyy-mm-dd hh:nn"));
+}
+
+QVariant kvParameterizedSql::WrittenDate(const kvDate &date, int dialect)
+{
+    return QVariant::fromValue(AtPrecision(date, dialect));
+}
+
+kvDate kvParameterizedSql::AtPrecision(const kvDate &date, int dialect)
+{
+    // Only the SQL Server literal carries seconds.
+    return dialect == kvSqlTexts::MicrosoftSql ? date : date.addSeconds(-date.second());
+}
+
+kvSqlStatement kvParameterizedSql::DayQuery(const QString &table, const kvDate &day, int dialect,
+                                            Engine engine)
+{
+    RequirePlainIdentifier(table);
+    const QString &t = table;
+    const QVariant d1 = BoundDate(day, dialect, engine);
+    const QVariant d2 = BoundDate(day.addDays(1), dialect, engine);
+    const QString text = QStringLiteral("SELECT ") + t + QStringLiteral(".* From ") + t
+                         + QStringLiteral(" Where ((") + t + QStringLiteral(".DateBegin <= ?) And (")
+                         + t + QStringLiteral(".DateEnd >= ?)) Or ((") + t
+                         + QStringLiteral(".DateBegin >= ?) And (") + t
+                         + QStringLiteral(".DateBegin < ?))ORDER BY ") + t + QStringLiteral(".DateBegin");
+    return {text, {d1, d1, d1, d2}};
+}
+
+kvSqlStatement kvParameterizedSql::NextQuery(const QString &table, const kvDate &lastDisplayedDay,
+                                             int dialect, Engine engine)
+{
+    return SearchQuery(table, ">=", "ASC", BoundDate(lastDisplayedDay.addDays(1), dialect, engine));
+}
+
+kvSqlStatement kvParameterizedSql::PreviousQuery(const QString &table,
+                                                 const kvDate &firstDisplayedDay, int dialect,
+                                                 Engine engine)
+{
+    return SearchQuery(table, "<", "DESC", BoundDate(firstDisplayedDay, dialect, engine));
+}
+
+kvSqlStatement kvParameterizedSql::UpdateStatement(const QString &table, int dialect,
+                                                   const kvAppointmentValues &values,
+                                                   const kvOptionalColumns &columns)
+{
+    RequirePlainIdentifier(table);
+    QStringList assignments{QStringLiteral("DateBegin = ?"), QStringLiteral("DateEnd = ?"),
+                            QStringLiteral("Name = ?")};
+    QVariantList bound{WrittenDate(values.DateBegin, dialect), WrittenDate(values.DateEnd, dialect),
+                       values.Name};
+    if (columns.Remark) {
+        assignments << QStringLiteral("Remark = ?");
+        bound << values.Remark;
+    }
+    if (columns.Document) {
+        assignments << QStringLiteral("Document = ?");
+        bound << values.Document;
+    }
+    if (columns.ImageID) {
+        assignments << QStringLiteral("ImageID = ?");
+        bound << int(values.ImageID);
+    }
+    bound << values.DateID;
+    return {QStringLiteral("UPDATE ") + table + QStringLiteral(" SET ")
+                + assignments.join(QStringLiteral(", ")) + QStringLiteral(" WHERE DateID = ?"),
+            bound};
+}
+
+kvSqlStatement kvParameterizedSql::DeleteStatement(const QString &table, qint32 dateId)
+{
+    RequirePlainIdentifier(table);
+    return {QStringLiteral("DELETE FROM ") + table + QStringLiteral(" WHERE DateID = ?"), {dateId}};
+}
+
+kvSqlStatement kvParameterizedSql::SearchQuery(const QString &table, const char *comparison,
+                                               const char *order, const QVariant &boundary)
+{
+    RequirePlainIdentifier(table);
+    const QString &t = table;
+    const QString text = QStringLiteral("SELECT ") + t + QStringLiteral(".DateBegin AS NextDate From ")
+                         + t + QStringLiteral(" Where (((") + t + QStringLiteral(".DateBegin) ")
+                         + QString::fromLatin1(comparison) + QStringLiteral(" ?)) ORDER BY ") + t
+                         + QStringLiteral(".DateBegin ") + QString::fromLatin1(order);
+    return {text, {boundary}};
+}

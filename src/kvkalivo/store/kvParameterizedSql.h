@@ -1,0 +1,60 @@
+#pragma once
+
+#include "kvAppointmentValues.h"
+#include "kvDate.h"
+#include "kvOptionalColumns.h"
+#include "kvSqlStatement.h"
+#include "kvkalivo_export.h"
+
+#include <QString>
+#include <QVariant>
+
+/*!
+    \brief The ParameterizedSql counterparts of kvSqlTexts: every value is bound to a "?"
+    marker, and the SQL is the common subset SQLite, MariaDB/MySQL, SQL Server and Access
+    accept (no [brackets], no table-qualified SET columns, plain DELETE FROM).
+
+    The statements select and change the same rows as the spec's texts: the per-day, next
+    and previous conditions are the same, with the date literals replaced by markers. Dates
+    are bound at the precision of the dialect's literal (seconds only for SQL Server). In
+    queries they are bound as the text the literal holds on SQLite and MariaDB/MySQL, so that
+    the comparisons are the literal's whatever text form the rows hold, and as a date-time
+    value elsewhere; UPDATE binds them as dates, which the data layer stores as the
+    recordset's insert does. The table name cannot be bound: it must be a plain identifier.
+*/
+class KVKALIVO_EXPORT kvParameterizedSql
+{
+public:
+    //! How the engine behind a connection wants a date value bound.
+    enum class Engine { SQLite, MySql, Other };
+
+    //! From a Qt SQL driver name: QSQLITE, QMYSQL/QMARIADB, anything else (QODBC...).
+    static Engine EngineOf(const QString &driverName);
+
+    //! Letters, digits and "_", not starting with a digit; nothing that needs quoting.
+    static bool IsPlainIdentifier(const QString &name);
+    //! Throws kvRuntimeError 5 with a German explanation unless IsPlainIdentifier(\a table).
+    static void RequirePlainIdentifier(const QString &table);
+
+    //! A date compared in a query: what the dialect's literal says (see the class comment).
+    static QVariant BoundDate(const kvDate &date, int dialect, Engine engine);
+    //! A date written by UPDATE: the date at the literal's precision, stored by the data layer
+    //! the way InsertAppointment's recordset stores it.
+    static QVariant WrittenDate(const kvDate &date, int dialect);
+
+    // Each of these throws like RequirePlainIdentifier for a table name that is not plain.
+    static kvSqlStatement DayQuery(const QString &table, const kvDate &day, int dialect, Engine engine);
+    static kvSqlStatement NextQuery(const QString &table, const kvDate &lastDisplayedDay,
+                                    int dialect, Engine engine);
+    static kvSqlStatement PreviousQuery(const QString &table, const kvDate &firstDisplayedDay,
+                                        int dialect, Engine engine);
+    static kvSqlStatement UpdateStatement(const QString &table, int dialect,
+                                          const kvAppointmentValues &values,
+                                          const kvOptionalColumns &columns);
+    static kvSqlStatement DeleteStatement(const QString &table, qint32 dateId);
+
+private:
+    static kvDate AtPrecision(const kvDate &date, int dialect);
+    static kvSqlStatement SearchQuery(const QString &table, const char *comparison,
+                                      const char *order, const QVariant &boundary);
+};
