@@ -1,4 +1,7 @@
 // Part 1.3: error reporting.
+#include "kvAppointmentStore.h"
+#include "kvAppointmentTable.h"
+#include "kvConnection.h"
 #include "kvError.h"
 #include "kvErrorReporting.h"
 #include "kvFaultInjection.h"
@@ -8,6 +11,7 @@
 #include "kvScriptedMessageBox.h"
 
 #include <QSqlDatabase>
+#include <QTemporaryDir>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QtTest>
@@ -16,23 +20,33 @@
 
 namespace {
 
-// The database's own description of a failing UPDATE, from a real SQLite engine.
-QString sqliteUpdateFailure()
+// A control on a real SQLite table whose legacy UPDATE text SQLite refuses ("T.[Name] = ...").
+struct ControlOnSqlite
 {
-    const QString connectionName = QStringLiteral("tst_kvErrorReporting");
-    QString description;
+    ControlOnSqlite()
     {
-        QSqlDatabase database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connectionName);
-        database.setDatabaseName(QStringLiteral(":memory:"));
-        if (database.open()) {
-            QSqlQuery query(database);
-            query.exec(QStringLiteral("UPDATE Termine SET Name = 'x' WHERE DateID = 1"));
-            description = query.lastError().text();
-        }
+        connection.Open(QStringLiteral("Driver=SQLite3;Database=%1").arg(folder.filePath(QStringLiteral("t.db"))));
+        kvAppointmentTable::Create(connection, QStringLiteral("Termine"));
+        control.setRecordSource(QStringLiteral("Termine"));
+        control.setConnection(&connection);
     }
-    QSqlDatabase::removeDatabase(connectionName);
-    return description;
-}
+    void updateAppointment()
+    {
+        const kvDate begin = kvDate::fromDate(QDate(2026, 11, 23), QTime(14, 30));
+        control.findChild<kvAppointmentStore *>()->UpdateAppointment(
+            1, begin, begin.addMinutes(60), QStringLiteral("Zahnarzt"), QString(), QString(), 0);
+    }
+    // What SQLite itself says about the legacy UPDATE text.
+    QString enginesDescription()
+    {
+        QSqlQuery query(connection.Database());
+        query.exec(QStringLiteral("UPDATE Termine SET Termine.[Name] = 'x' WHERE (((Termine.DateID)=1))"));
+        return query.lastError().databaseText();
+    }
+    QTemporaryDir folder;
+    kvConnection connection;
+    kvKalivo control;
+};
 
 // Counts the Error events of one control (QSignalSpy cannot copy a kvError& argument).
 class ErrorCounter
@@ -95,12 +109,12 @@ private slots:
     // own description.
     void databaseFailureShowsOneMessageBox()
     {
-        const QString description = sqliteUpdateFailure();
-        QVERIFY(description.contains(QStringLiteral("no such table")));
-        kvKalivo control;
-        ErrorCounter errors(control);
-        kvErrorReporting::ReportFromControl(600, description,
-                                            [&control](kvError &error) { Q_EMIT control.Error(error); });
+        ControlOnSqlite calendar;
+        const QString description = calendar.enginesDescription();
+        QVERIFY(!description.isEmpty());
+        ErrorCounter errors(calendar.control);
+        m_messageBox.Clear();
+        calendar.updateAppointment();
         QCOMPARE(m_messageBox.CallCount(), 1);
         const QStringList lines = m_messageBox.LastCall().prompt.split(QStringLiteral("\r\n"));
         QCOMPARE(lines.size(), 2);
@@ -115,17 +129,17 @@ private slots:
     // and the database's description, and shows no box.
     void databaseFailureRaisesTheErrorEvent()
     {
-        const QString description = sqliteUpdateFailure();
-        kvKalivo control;
-        control.setRaiseErrorEvent(true);
+        ControlOnSqlite calendar;
+        const QString description = calendar.enginesDescription();
+        calendar.control.setRaiseErrorEvent(true);
         QList<std::pair<int, QString>> received;
         kvError *receivedObject = nullptr;
-        connect(&control, &kvKalivo::Error, this, [&](kvError &error) {
+        connect(&calendar.control, &kvKalivo::Error, this, [&](kvError &error) {
             received.append({error.Number(), error.Description()});
             receivedObject = &error;
         });
-        kvErrorReporting::ReportFromControl(600, description,
-                                            [&control](kvError &error) { Q_EMIT control.Error(error); });
+        m_messageBox.Clear();
+        calendar.updateAppointment();
         QCOMPARE(received.size(), 1);
         QCOMPARE(received.at(0).first, 600);
         QCOMPARE(received.at(0).second, description);
