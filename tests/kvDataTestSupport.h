@@ -1,6 +1,10 @@
 #pragma once
 
+#include <QByteArray>
 #include <QDate>
+#include <QFile>
+#include <QHash>
+#include <QString>
 #include <QDateTime>
 #include <QTime>
 #include <QtGlobal>
@@ -38,4 +42,30 @@ inline bool useBerlinTime()
     qputenv("TZ", "Europe/Berlin");
     ::tzset();
     return !QDateTime(QDate(2026, 3, 29), QTime(2, 30)).isValid();
+}
+
+/*!
+    The details of the throwaway MariaDB server of the CTest fixture "MariaDB": the key=value
+    lines of the file named by $KV_MARIADB_INFO. Empty when the variable or the file is missing
+    (the server is not running); \a problem then says why.
+*/
+inline QHash<QString, QString> readMariaDbInfo(QString *problem)
+{
+    QHash<QString, QString> info;
+    const QString path = qEnvironmentVariable("KV_MARIADB_INFO");
+    if (path.isEmpty()) {
+        *problem = QStringLiteral("KV_MARIADB_INFO is not set: run through CTest, which starts the MariaDB fixture");
+        return info;
+    }
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        *problem = QStringLiteral("no MariaDB info file %1: the server is not running").arg(path);
+        return info;
+    }
+    for (const QByteArray &line : file.readAll().split('\n')) {
+        const qsizetype equals = line.indexOf('=');
+        if (equals > 0)
+            info.insert(QString::fromUtf8(line.left(equals)), QString::fromUtf8(line.mid(equals + 1)));
+    }
+    return info;
 }

@@ -85,15 +85,9 @@ private:
 private slots:
     void initTestCase()
     {
-        const QString path = qEnvironmentVariable("KV_MARIADB_INFO");
-        QVERIFY2(!path.isEmpty(), "KV_MARIADB_INFO is not set: run through CTest, which starts the MariaDB fixture");
-        QFile file(path);
-        QVERIFY2(file.open(QIODevice::ReadOnly), qPrintable(QStringLiteral("no MariaDB info file %1: the server is not running").arg(path)));
-        for (const QByteArray &line : file.readAll().split('\n')) {
-            const qsizetype equals = line.indexOf('=');
-            if (equals > 0)
-                m_info.insert(QString::fromUtf8(line.left(equals)), QString::fromUtf8(line.mid(equals + 1)));
-        }
+        QString problem;
+        m_info = readMariaDbInfo(&problem);
+        QVERIFY2(!m_info.isEmpty(), qPrintable(problem));
         for (const char *key : {"host", "port", "socket", "user", "password", "database", "general_log", "connection_string"})
             QVERIFY2(!info(key).isEmpty(), key);
         QVERIFY2(useBerlinTime(), "Europe/Berlin must have its 2026 spring-forward gap for the date tests");
