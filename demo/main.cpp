@@ -1,11 +1,16 @@
 #include "DemoDatabase.h"
 #include "DemoWindow.h"
 
+#include "kvFixedClock.h"
+#include "kvPlatform.h"
+
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QMessageBox>
 #include <QSettings>
 #include <QTextStream>
+
+#include <memory>
 
 namespace {
 
@@ -21,6 +26,12 @@ int TakeScreenshot(DemoWindow &window, const QString &path, const QSize &size)
     return 0;
 }
 
+int UsageError(const QString &message)
+{
+    QTextStream(stderr) << "kvkalivo-demo: " << message << '\n';
+    return 2;
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -31,7 +42,10 @@ int main(int argc, char *argv[])
     QApplication::setApplicationDisplayName(QStringLiteral("kvKalivo Demo"));
 
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("The kvKalivo demo host application."));
+    parser.setApplicationDescription(QStringLiteral(
+        "The kvKalivo demo host application. On first run (an empty table) it fills the table "
+        "with a sample German calendar from three months before to three months after --date "
+        "(default: today)."));
     parser.addHelpOption();
     const QCommandLineOption databaseOption(QStringLiteral("database"),
         QStringLiteral("The SQLite database file (created when missing)."), QStringLiteral("file"),
@@ -40,34 +54,78 @@ int main(int argc, char *argv[])
         QStringLiteral("Any ADO-style connection string instead of the SQLite file, e.g. "
                        "\"Driver={MySQL ODBC 8.0 Driver};Server=127.0.0.1;Database=termine;Uid=u;Pwd=p\"."),
         QStringLiteral("string"));
+    const QCommandLineOption viewOption(QStringLiteral("view"),
+        QStringLiteral("Open in week or month view (default: as saved; a fresh control shows the week)."),
+        QStringLiteral("week|month"));
+    const QCommandLineOption dateOption(QStringLiteral("date"),
+        QStringLiteral("Open on this day (default: as saved, else today). With --screenshot it is also "
+                       "taken as today."),
+        QStringLiteral("yyyy-mm-dd"));
     const QCommandLineOption screenshotOption(QStringLiteral("screenshot"),
-        QStringLiteral("Render the window offscreen into a PNG file and exit."), QStringLiteral("file"));
+        QStringLiteral("Render the window offscreen into a PNG file and exit; saved settings are "
+                       "neither read nor written."),
+        QStringLiteral("file"));
     const QCommandLineOption sizeOption(QStringLiteral("size"),
         QStringLiteral("Window size for --screenshot, WIDTHxHEIGHT."), QStringLiteral("size"),
         QStringLiteral("1280x800"));
-    parser.addOptions({databaseOption, connectionOption, screenshotOption, sizeOption});
+    parser.addOptions({databaseOption, connectionOption, viewOption, dateOption, screenshotOption, sizeOption});
     parser.process(app);
+
+    DemoOptions options;
+    if (parser.isSet(viewOption)) {
+        const QString view = parser.value(viewOption).toLower();
+        if (view == QLatin1String("week") || view == QLatin1String("woche"))
+            options.view = kvKalivo::kvWeek;
+        else if (view == QLatin1String("month") || view == QLatin1String("monat"))
+            options.view = kvKalivo::kvMonth;
+        else
+            return UsageError(QStringLiteral("--view must be week or month, not '%1'").arg(parser.value(viewOption)));
+    }
+    if (parser.isSet(dateOption)) {
+        options.date = QDate::fromString(parser.value(dateOption), QStringLiteral("yyyy-MM-dd"));
+        if (!options.date.isValid())
+            return UsageError(QStringLiteral("--date must be a day as yyyy-mm-dd, not '%1'")
+                                  .arg(parser.value(dateOption)));
+    }
+    options.sampleAnchor = options.date.isValid() ? options.date : QDate::currentDate();
+    const bool screenshot = parser.isSet(screenshotOption);
 
     const QString connectionString = parser.isSet(connectionOption)
         ? parser.value(connectionOption)
         : DemoDatabase::SqliteConnectionString(parser.value(databaseOption));
-    DemoDatabase database;
+    auto database = std::make_unique<DemoDatabase>();
     QString error;
-    if (!database.Open(connectionString, &error)) {
+    DemoData::Summary summary;
+    if (!database->Open(connectionString, &error) || !database->FillIfEmpty(options.sampleAnchor, &summary, &error)) {
         QTextStream(stderr) << "kvkalivo-demo: cannot open " << connectionString << ": " << error << '\n';
-        if (!parser.isSet(screenshotOption))
+        if (!screenshot)
             QMessageBox::critical(nullptr, QStringLiteral("kvKalivo Demo"), error);
         return 1;
     }
+    if (summary.appointments > 0)
+        QTextStream(stdout) << "kvkalivo-demo: table " << DemoDatabase::TableName << " was empty; created "
+                            << summary.Text() << '\n';
+
+    // A screenshot must not depend on the day it is made nor on earlier runs: with --date
+    // that day is "today" (the control's today mark), and the control starts fresh.
+    kvFixedClock fixedClock(kvDate::fromDate(options.sampleAnchor, QTime(12, 0)));
+    if (screenshot && options.date.isValid())
+        kvPlatform::setClock(&fixedClock);
 
     QSettings settings;
-    DemoWindow window(database, &settings);
-    if (parser.isSet(screenshotOption)) {
-        const QStringList size = parser.value(sizeOption).split(QLatin1Char('x'));
-        const QSize windowSize = size.size() == 2 ? QSize(size[0].toInt(), size[1].toInt())
-                                                  : QSize(1280, 800);
-        return TakeScreenshot(window, parser.value(screenshotOption), windowSize);
+    int result = 0;
+    {
+        DemoWindow window(std::move(database), screenshot ? nullptr : &settings, options);
+        if (screenshot) {
+            const QStringList size = parser.value(sizeOption).split(QLatin1Char('x'));
+            const QSize windowSize = size.size() == 2 ? QSize(size[0].toInt(), size[1].toInt())
+                                                      : QSize(1280, 800);
+            result = TakeScreenshot(window, parser.value(screenshotOption), windowSize);
+        } else {
+            window.show();
+            result = app.exec();
+        }
     }
-    window.show();
-    return app.exec();
+    kvPlatform::setClock(nullptr);
+    return result;
 }

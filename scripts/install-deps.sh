@@ -12,6 +12,7 @@ PACKAGES=(
   sqlite3
   libqt6sql6-mysql libqt6sql6-odbc unixodbc odbcinst tdsodbc odbc-mdbtools
   mariadb-server mariadb-client
+  poppler-utils
 )
 
 missing=()

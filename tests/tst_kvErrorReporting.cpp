@@ -176,15 +176,16 @@ private slots:
 
     void pendingCodeReportsWithoutDescription()
     {
-        kvErrorReporting::ReportPendingCode(1105, {});
-        QCOMPARE(m_messageBox.LastCall().prompt, QStringLiteral("kvKalivo-Fehlercode 1105"));
+        kvErrorReporting::ReportPendingCode(QStringLiteral("12-5\r\nno such table: Termine"), {});
+        QCOMPARE(m_messageBox.LastCall().prompt,
+                 QStringLiteral("kvKalivo-Fehlercode 12-5\r\nno such table: Termine"));
 
         kvErrorReporting::setRaiseErrorEvent(true);
         kvError::ThreadInstance().setDescription(QStringLiteral("old"));
         int raised = 0;
-        kvErrorReporting::ReportPendingCode(1107, [&raised](kvError &error) {
+        kvErrorReporting::ReportPendingCode(QStringLiteral("12-9\r\nÜberlauf"), [&raised](kvError &error) {
             ++raised;
-            QCOMPARE(error.Number(), qint16(1107));
+            QCOMPARE(error.Number(), qint16(12)); // VB's Val of the code text
             QCOMPARE(error.Description(), QString());
         });
         QCOMPARE(raised, 1);
@@ -217,7 +218,8 @@ private slots:
         QTest::addColumn<int>("stage");
         QTest::addColumn<int>("code");
         QTest::newRow("beginning") << 0 << 900;
-        QTest::newRow("cell width") << 3 << 903;
+        QTest::newRow("weekday captions") << 5 << 905;
+        QTest::newRow("week column") << 7 << 907;
         QTest::newRow("toolbar and captions") << 8 << 908;
         QTest::newRow("tenth stage") << 10 << 910;
     }

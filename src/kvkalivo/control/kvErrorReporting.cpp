@@ -58,13 +58,21 @@ void kvErrorReporting::ReportFromControl(int code, const QString &description,
     ShowMessageBox(MessageText(code, description));
 }
 
-void kvErrorReporting::ReportPendingCode(int code, const RaiseEvent &raiseEvent)
+void kvErrorReporting::ReportPendingCode(const QString &pendingCode, const RaiseEvent &raiseEvent)
 {
     if (RaiseErrorEvent()) {
-        ReportFromControl(code, QString(), raiseEvent);
+        ReportFromControl(LeadingNumber(pendingCode), QString(), raiseEvent);
         return;
     }
-    ShowMessageBox(QStringLiteral("kvKalivo-Fehlercode ") + QString::number(code));
+    ShowMessageBox(QStringLiteral("kvKalivo-Fehlercode ") + pendingCode);
+}
+
+int kvErrorReporting::LeadingNumber(const QString &text)
+{
+    qsizetype digits = 0;
+    while (digits < text.size() && text.at(digits).isDigit())
+        ++digits;
+    return text.left(std::min<qsizetype>(digits, 5)).toInt();
 }
 
 void kvErrorReporting::ReportFromDayCell(int code, const QString &description)

@@ -31,8 +31,12 @@ public:
 
     //! A routine of the main control failed: the Error event when RaiseErrorEvent, else the message box.
     static void ReportFromControl(int code, const QString &description, const RaiseEvent &raiseEvent);
-    //! FillGrid's pending code: empty Description, or "kvKalivo-Fehlercode " + code alone.
-    static void ReportPendingCode(int code, const RaiseEvent &raiseEvent);
+    /*!
+        FillGrid's pending code, a text such as "12-5" CR LF description from the per-day load:
+        the Error event with an empty Description and the code's leading number (VB's Val), or
+        the message box "kvKalivo-Fehlercode " followed by the code text alone.
+    */
+    static void ReportPendingCode(const QString &pendingCode, const RaiseEvent &raiseEvent);
     //! A day cell failed (codes 100, 200): swallowed when RaiseErrorEvent, else the message box.
     static void ReportFromDayCell(int code, const QString &description);
     //! The editor dialog failed (code 1000): always the message box.
@@ -46,4 +50,5 @@ public:
 
 private:
     static void ShowMessageBox(const QString &text);
+    static int LeadingNumber(const QString &text);
 };

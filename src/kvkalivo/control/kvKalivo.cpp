@@ -1,8 +1,10 @@
 #include "kvKalivo.h"
 
 #include "ctlDay.h"
+#include "ctlKW.h"
 #include "ctlToolTip.h"
 #include "frmPicSelector.h"
+#include "kvCalendarPrinter.h"
 #include "kvAppointmentStore.h"
 #include "kvCalendarWeek.h"
 #include "kvClock.h"
@@ -10,7 +12,10 @@
 #include "kvErrorReporting.h"
 #include "kvFaultInjection.h"
 #include "kvFormat.h"
+#include "kvControlArray.h"
 #include "kvInt16.h"
+#include "kvMessageBox.h"
+#include "PublicHolidays.h"
 #include "kvOleColor.h"
 #include "kvPlatform.h"
 #include "kvPropertyBag.h"
@@ -23,6 +28,7 @@
 #include <QFontMetrics>
 #include <QIcon>
 #include <QLabel>
+#include <QMenu>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QSignalBlocker>
@@ -64,8 +70,9 @@ kvKalivo::kvKalivo(QWidget *parent)
 
 kvKalivo::~kvKalivo()
 {
-    // Terminate (Part 1.1): hide the tooltip; the cells are children and go with the control.
+    // Terminate (Part 1.1): hide the tooltip and unload the dynamically created day cells.
     HideToolTip();
+    UnloadDayCells();
 }
 
 // --- Lifecycle (Part 1.1) -------------------------------------------------------------------
@@ -78,6 +85,8 @@ void kvKalivo::Initialize()
     CreateMonthCaption();
     CreateDatePicker();
     CreateStatusBar();
+    CreateGrid();
+    CreateContextMenu();
     m_toolTip = new ctlToolTip(this);
     CreateStore();
     setView(kvWeek);
@@ -126,6 +135,7 @@ QAction *kvKalivo::AddToolbarButton(int position, const QString &key, const QStr
     icon.addFile(QStringLiteral(":/kvkalivo/toolbar/22/%1.svg").arg(imageName), QSize(32, 32));
 
     QAction *action = m_toolbarMain->addAction(icon, toolTip);
+    connect(action, &QAction::triggered, this, [this, key] { OnToolbarButton(key); });
     action->setObjectName(key);
     action->setToolTip(toolTip);
     action->setProperty("Key", key);
@@ -153,8 +163,12 @@ void kvKalivo::CreateDatePicker()
     m_datePicker = new QDateEdit(this);
     m_datePicker->setObjectName(QStringLiteral("DTPicker1"));
     m_datePicker->setCalendarPopup(true);
+    m_datePicker->setFocusPolicy(Qt::ClickFocus);
     m_datePicker->setDisplayFormat(QStringLiteral("dd.MM.yyyy"));
     m_datePicker->setDateRange(QDate(1601, 1, 1), QDate(9999, 12, 31));
+    connect(m_datePicker, &QDateEdit::dateChanged, this, [this](QDate date) {
+        ApplyRangeCheck(kvDate::fromDate(date));
+    });
 }
 
 void kvKalivo::CreateStatusBar()
@@ -166,6 +180,47 @@ void kvKalivo::CreateStatusBar()
     m_statusWeekPanel->setObjectName(QStringLiteral("Panel1"));
     m_statusWeekPanel->setContentsMargins(4, 0, 4, 0);
     m_statusBar->addWidget(m_statusWeekPanel);
+}
+
+void kvKalivo::CreateGrid()
+{
+    m_days = std::make_unique<kvControlArray<ctlDay>>(QStringLiteral("ctlDay"), [this](int index) {
+        auto *cell = new ctlDay(this);
+        cell->setVisible(false); // element 0 is the hidden template; the others are placed first
+        Q_UNUSED(index);
+        return cell;
+    });
+    m_weekdayCaptions = std::make_unique<kvControlArray<QLabel>>(QStringLiteral("lblWeekDay"), [this](int) {
+        auto *caption = new QLabel(this);
+        caption->setAlignment(Qt::AlignCenter);
+        caption->setAutoFillBackground(true);
+        caption->setVisible(false);
+        return caption;
+    });
+    m_corner = new QFrame(this);
+    m_corner->setObjectName(QStringLiteral("shpTopLeftEdge"));
+    m_corner->setAutoFillBackground(true);
+    m_weekColumn = new ctlKW(this);
+    m_weekColumn->setAutoFillBackground(true);
+}
+
+void kvKalivo::CreateContextMenu()
+{
+    m_contextMenu = new QMenu(QStringLiteral("Kontext"), this);
+    m_contextMenu->setObjectName(QStringLiteral("Kontextmenü"));
+    const QStringList captions{QStringLiteral("Neu..."), QStringLiteral("Bearbeiten..."),
+                               QStringLiteral("Löschen..."), QStringLiteral("Vor"),
+                               QStringLiteral("Zurück"), QStringLiteral("-"),
+                               QStringLiteral("Wochenansicht"), QStringLiteral("-"),
+                               QStringLiteral("Drucken")};
+    for (int index = 0; index < captions.size(); ++index) {
+        QAction *item = m_contextMenu->addAction(captions.at(index));
+        item->setObjectName(QStringLiteral("KontextDay%1").arg(index));
+        item->setProperty("Index", index);
+        item->setSeparator(captions.at(index) == QLatin1String("-"));
+        connect(item, &QAction::triggered, this, [this, index] { OnContextMenuItem(index); });
+        m_contextItems.append(item);
+    }
 }
 
 void kvKalivo::CreateStore()
@@ -594,12 +649,23 @@ void kvKalivo::ArrangeGridStages(qint16 &step)
     };
     stage(0);
     HideToolTip();
-    stage(2);
-    const GridShape shape = ComputeGridShape();
-    stage(3);
-    m_cellWidth = ComputeCellWidth(shape);
-    stage(4);
-    m_cellHeight = ComputeCellHeight(shape);
+    stage(1);
+    UnloadDayCells();
+    kvGridGeometry::Input input;
+    input.scaleWidth = width();
+    input.captionTop = HeaderHeight() + 1;
+    input.statusBarTop = StatusBarTop();
+    input.borderStyle = m_borderStyle;
+    input.weeksVisible = m_weeksVisible;
+    input.weekendColumns = m_weekendColumns;
+    input.view = m_view;
+    m_geometry = kvGridGeometry(input, &step); // stages 2, 3, 4 and 6
+    stage(5);
+    PlaceWeekdayCaptions();
+    stage(6);
+    PlaceDayCells();
+    stage(7);
+    PlaceWeekColumn();
     stage(8);
     PlaceChrome();
     stage(9);
@@ -608,34 +674,62 @@ void kvKalivo::ArrangeGridStages(qint16 &step)
     ApplyColours();
 }
 
-kvKalivo::GridShape kvKalivo::ComputeGridShape() const
+void kvKalivo::UnloadDayCells()
 {
-    GridShape shape;
-    shape.margin = m_borderStyle == kvNone ? 1 : 0;
-    shape.weekColumnWidth = m_weeksVisible ? 15 : 0;
-    shape.columns = m_weekendColumns == kvOne ? 6 : 7;
-    shape.rows = m_view == kvWeek ? 1 : 6;
-    return shape;
+    for (int index = m_days->UBound(); index >= 1; --index) {
+        if (m_days->isLoaded(index))
+            m_days->Unload(index);
+    }
 }
 
-qint32 kvKalivo::ComputeCellWidth(const GridShape &shape) const
+void kvKalivo::PlaceWeekdayCaptions()
 {
-    const qint16 scaleWidth = kvInt16::fromInt(width());
-    const qint16 gaps = qint16(shape.columns - 1);
-    const qint16 available = kvInt16::subtract(
-        kvInt16::subtract(kvInt16::subtract(scaleWidth, 2 * shape.margin), gaps),
-        shape.weekColumnWidth);
-    return kvInt16::fromDouble(double(available) / shape.columns);
+    const QLocale calendarLocale = locale();
+    const QList<QRect> &captions = m_geometry.captions();
+    for (int column = 1; column <= 7; ++column) {
+        if (!m_weekdayCaptions->isLoaded(column))
+            m_weekdayCaptions->Load(column);
+        QLabel *caption = (*m_weekdayCaptions)(column);
+        if (column > captions.size()) {
+            caption->hide();
+            continue;
+        }
+        caption->setGeometry(captions.at(column - 1));
+        QString text = WeekdayCaption(column, captions.size(), calendarLocale);
+        // Where a full name would be cut off, the abbreviated one is what a reader expects.
+        if (caption->fontMetrics().horizontalAdvance(text) > caption->width() - 2 && column <= 7
+            && !(captions.size() == 6 && column == 6))
+            text = WeekdayName(column, true, calendarLocale);
+        caption->setText(text);
+        caption->show();
+    }
 }
 
-qint32 kvKalivo::ComputeCellHeight(const GridShape &shape) const
+QString kvKalivo::WeekdayCaption(int column, int columns, const QLocale &calendarLocale)
 {
-    const qint16 statusTop = kvInt16::fromInt(StatusBarTop());
-    const qint16 available = kvInt16::subtract(kvInt16::subtract(statusTop, FirstCellTop()),
-                                               2 * shape.margin);
-    if (shape.rows == 1)
-        return available;
-    return kvInt16::fromDouble(double(kvInt16::subtract(available, 5)) / 6);
+    if (columns == 6 && column == 6)
+        return WeekdayName(6, true, calendarLocale) + QLatin1Char('-') + WeekdayName(7, true, calendarLocale);
+    return WeekdayName(column, false, calendarLocale);
+}
+
+void kvKalivo::PlaceDayCells()
+{
+    const QList<QRect> &cells = m_geometry.cells();
+    for (int index = 1; index <= cells.size(); ++index) {
+        ctlDay *cell = m_days->isLoaded(index) ? (*m_days)(index) : m_days->Load(index);
+        cell->setBorderVisible(m_borderStyle != kvNone);
+        cell->setGeometry(cells.at(index - 1));
+        cell->show();
+    }
+}
+
+void kvKalivo::PlaceWeekColumn()
+{
+    m_corner->setGeometry(m_geometry.corner());
+    m_weekColumn->setGeometry(m_geometry.weekColumn());
+    m_weekColumn->setSectionheight(m_geometry.cellHeight());
+    m_corner->setVisible(m_weeksVisible);
+    m_weekColumn->setVisible(m_weeksVisible);
 }
 
 int kvKalivo::ToolbarRowHeight() const
@@ -648,10 +742,6 @@ int kvKalivo::StatusBarTop() const
     return height() - m_statusBar->sizeHint().height();
 }
 
-int kvKalivo::FirstCellTop() const
-{
-    return HeaderHeight() + 1 + WeekdayCaptionHeight + 1;
-}
 
 void kvKalivo::PlaceChrome()
 {
@@ -705,37 +795,313 @@ kvDate kvKalivo::FirstGridDate() const
 {
     if (m_view == kvWeek)
         return m_actualDate.addDays(-(m_actualDate.weekdayFromMonday() - 1));
-    const kvDate firstOfMonth = kvDate::DateSerial(m_actualDate.year(), m_actualDate.month(), 1);
+    // ActualDate formatted "mm/yyyy" and converted back: the 1st of its month.
+    const kvDate firstOfMonth = CDate(Format(m_actualDate, QStringLiteral("mm/yyyy"))).value_or(m_actualDate);
     return firstOfMonth.addDays(-(firstOfMonth.weekdayFromMonday() - 1));
 }
 
-kvDate kvKalivo::LastGridDate() const
+kvDate kvKalivo::FirstCellDate() const
 {
-    return FirstGridDate().addDays(m_view == kvWeek ? 6 : 41);
+    return DayCellCount() > 0 ? (*m_days)(1)->datDay() : FirstGridDate();
+}
+
+kvDate kvKalivo::LastCellDate() const
+{
+    const int count = DayCellCount();
+    return count > 0 ? (*m_days)(count)->datDay() : FirstGridDate().addDays(m_view == kvWeek ? 6 : 41);
+}
+
+int kvKalivo::DayCellCount() const
+{
+    return m_days->Count() - 1;
+}
+
+ctlDay *kvKalivo::DayCell(int index) const
+{
+    return (*m_days)(index);
 }
 
 void kvKalivo::FillGrid()
 {
+    qint16 step = 0;
+    QString pendingCode;
+    try {
+        FillGridStages(step, pendingCode);
+    } catch (...) {
+        ReportError(kvErrorReporting::StepCode(1100, step), kvErrorReporting::DescribeCurrentException());
+        return;
+    }
+    if (!pendingCode.isEmpty())
+        kvErrorReporting::ReportPendingCode(pendingCode, [this](kvError &error) { Q_EMIT Error(error); });
+}
+
+void kvKalivo::FillGridStages(qint16 &step, QString &pendingCode)
+{
+    auto stage = [&step](qint16 number) {
+        step = number;
+        kvFaultInjection::Visit("FillGrid", number);
+    };
+    stage(0);
+    const int cellCount = DayCellCount();
+    stage(1);
     const kvDate first = FirstGridDate();
-    const kvDate last = LastGridDate();
+    stage(2);
+    const bool runMode = m_userMode;
+    m_weekColumn->Clear();
+    m_weekColumn->setSectionheight(m_geometry.cellHeight());
+    stage(5);
+    for (int index = 1; index <= cellCount; ++index)
+        FillDayCell(index, first.addDays(index - 1), runMode, pendingCode);
+    m_weekColumn->Paint();
+    stage(6);
+    ShowMonthCaption(first, first.addDays(std::max(0, cellCount - 1)), runMode);
+    stage(7);
+}
+
+void kvKalivo::FillDayCell(int index, const kvDate &day, bool runMode, QString &pendingCode)
+{
+    if (!runMode)
+        return; // design mode: empty cells, no dates, no appointments
+    ctlDay *cell = (*m_days)(index);
+    const bool otherMonth = day.month() != m_actualDate.month();
+    cell->Init(day, QString(), QString(), otherMonth ? m_dayHeaderColor1 : m_dayHeaderColor2,
+               otherMonth ? 0 : m_dayHeaderForeColor);
+    if (IsToday(day)) {
+        cell->setTodayHeaderColor(m_todayHeaderColor);
+        cell->setIsToday(true);
+    }
+    if (m_publicHoliday)
+        cell->setPublicHolidayName(GetPublicHolidayName(day));
+    if (IsFirstCellOfRow(index))
+        m_weekColumn->Add(QString::number(GetCalendarWeek(day)));
+    const QString failure = m_store->LoadDayAppointments(day, *cell, m_backColor);
+    if (!failure.isEmpty())
+        pendingCode = failure;
+}
+
+bool kvKalivo::IsFirstCellOfRow(int index) const
+{
+    return (index - 1) % 7 == 0;
+}
+
+bool kvKalivo::IsToday(const kvDate &day) const
+{
+    const QString pattern = QStringLiteral("dd-mm-yyyy");
+    return Format(day, pattern) == Format(kvPlatform::clock().Today(), pattern);
+}
+
+void kvKalivo::ShowMonthCaption(const kvDate &first, const kvDate &last, bool runMode)
+{
+    if (!runMode) {
+        m_monthCaption->setText(QStringLiteral("kvKalivo"));
+        return;
+    }
     const QLocale calendarLocale = locale();
     if (m_view != kvWeek || first.month() == last.month()) {
         m_monthCaption->setText(Format(m_actualDate, QStringLiteral("MMMM"), calendarLocale)
                                 + QLatin1Char(' ') + QString::number(m_actualDate.year()));
-    } else {
-        m_monthCaption->setText(Format(first, QStringLiteral("MMM"), calendarLocale)
-                                + QLatin1Char('/') + Format(last, QStringLiteral("MMM"), calendarLocale)
-                                + QLatin1Char(' ') + QString::number(last.year()));
+        return;
     }
+    m_monthCaption->setText(Format(first, QStringLiteral("MMM"), calendarLocale) + QLatin1Char('/')
+                            + Format(last, QStringLiteral("MMM"), calendarLocale) + QLatin1Char(' ')
+                            + QString::number(last.year()));
 }
 
 void kvKalivo::MarkActualDay()
 {
+    const kvDate actualDay = m_actualDate.dateOnly();
+    for (int index = 1; index <= DayCellCount(); ++index) {
+        ctlDay *cell = (*m_days)(index);
+        const bool isActualDay = cell->datDay().dateOnly() == actualDay;
+        if (cell->IsActualDay() != isActualDay)
+            cell->setIsActualDay(isActualDay);
+    }
     Q_EMIT actualDayMarked();
 }
 
 void kvKalivo::ApplyColours()
 {
+    for (int index = 1; index <= DayCellCount(); ++index) {
+        ctlDay *cell = (*m_days)(index);
+        cell->setBackColor(m_backColor);
+        cell->setDayHeaderColor2(m_dayHeaderColor2);
+        cell->setDayHeaderForeColor(m_dayHeaderForeColor);
+        cell->setTodayHeaderColor(m_todayHeaderColor);
+        RestoreDayHeader(*cell);
+    }
     update();
     Q_EMIT coloursApplied();
+}
+
+void kvKalivo::RestoreDayHeader(ctlDay &cell)
+{
+    // The cell's colour setters repaint the whole header (Part 3.2); put back what FillGrid gave
+    // this particular day, so a re-layout keeps other-month, today and holiday headers apart.
+    if (!m_userMode)
+        return;
+    const kvDate day = cell.datDay();
+    if (day.month() != m_actualDate.month()) {
+        cell.ctlHeader().setBackColor(m_dayHeaderColor1);
+        cell.ctlHeader().setForeColor(0);
+    }
+    if (IsToday(day))
+        cell.setIsToday(true);
+    const QString holiday = cell.PublicHolidayName();
+    if (!holiday.isEmpty())
+        cell.setPublicHolidayName(holiday);
+    cell.update();
+}
+
+void kvKalivo::Reload()
+{
+    try {
+        HideToolTip();
+        for (int index = 1; index <= DayCellCount(); ++index)
+            (*m_days)(index)->ClearDates();
+        FillGrid();
+        MarkActualDay();
+    } catch (...) {
+        ReportError(400, kvErrorReporting::DescribeCurrentException());
+    }
+}
+
+// --- Navigation and commands (Part 1.2) -----------------------------------------------------
+
+void kvKalivo::OnToolbarButton(const QString &key)
+{
+    if (key == QLatin1String("Week") || key == QLatin1String("Month")) {
+        SwitchView(key == QLatin1String("Week") ? kvWeek : kvMonth);
+    } else if (key == QLatin1String("Back")) {
+        StepDate(-1);
+    } else if (key == QLatin1String("Forward")) {
+        StepDate(1);
+    } else if (key == QLatin1String("Print")) {
+        if (kvPlatform::messageBox().MsgBox(QStringLiteral("Kalendar drucken?"), 35, QString())
+            == kvMessageBox::vbYes)
+            PrintCalendar();
+    } else if (key == QLatin1String("Previous")) {
+        GotoPreviousAppointment();
+    } else if (key == QLatin1String("Next")) {
+        GotoNextAppointment();
+    } else if (key == QLatin1String("Today")) {
+        ApplyRangeCheck(kvPlatform::clock().Today());
+    }
+}
+
+void kvKalivo::OnContextMenuItem(int index)
+{
+    switch (index) {
+    case 3:
+        StepDate(1);
+        break;
+    case 4:
+        StepDate(-1);
+        break;
+    case 6:
+        if (m_view != kvWeek) {
+            setView(kvWeek);
+            m_contextItems.at(6)->setText(QStringLiteral("Monatsansicht"));
+        } else {
+            setView(kvMonth);
+            m_contextItems.at(6)->setText(QStringLiteral("Wochenansicht"));
+        }
+        MarkActualDay();
+        break;
+    case 8:
+        PrintCalendar();
+        break;
+    default:
+        break;
+    }
+}
+
+void kvKalivo::SwitchView(kvView view)
+{
+    setView(view);
+    if (!m_autoRefresh)
+        ArrangeGrid(); // the switch always takes effect
+    MarkActualDay();
+}
+
+void kvKalivo::StepDate(int direction)
+{
+    const kvDate stepped = m_view != kvWeek ? m_actualDate.addMonths(direction)
+                                            : m_actualDate.addDays(7 * direction);
+    setActualDate(stepped.date());
+    // With AutoRefresh the setter's re-layout has just filled the cells for the new date.
+    if (!m_autoRefresh)
+        Reload();
+}
+
+void kvKalivo::ApplyRangeCheck(const kvDate &date)
+{
+    m_actualDate = date.dateOnly();
+    SyncDatePicker();
+    if (DayCellCount() > 0 && (m_actualDate < FirstCellDate() || m_actualDate > LastCellDate()))
+        Reload();
+    else
+        MarkActualDay();
+}
+
+void kvKalivo::GotoNextAppointment()
+{
+    qint16 step = 0;
+    try {
+        step = 1;
+        const kvDate last = LastCellDate();
+        step = 2;
+        const std::optional<kvDate> next = m_store->FindNextAppointment(last);
+        step = 3;
+        if (next)
+            JumpToAppointment(*next, *next > last);
+    } catch (...) {
+        ReportError(kvErrorReporting::StepCode(14, step), kvErrorReporting::DescribeCurrentException());
+    }
+}
+
+void kvKalivo::GotoPreviousAppointment()
+{
+    qint16 step = 0;
+    try {
+        step = 1;
+        const kvDate first = FirstCellDate();
+        step = 2;
+        const std::optional<kvDate> previous = m_store->FindPreviousAppointment(first);
+        step = 3;
+        if (previous)
+            JumpToAppointment(*previous, *previous < first);
+    } catch (...) {
+        ReportError(kvErrorReporting::StepCode(1500, step), kvErrorReporting::DescribeCurrentException());
+    }
+}
+
+void kvKalivo::JumpToAppointment(const kvDate &date, bool outsideTheView)
+{
+    m_actualDate = date.dateOnly();
+    SyncDatePicker();
+    if (outsideTheView)
+        Reload();
+    else
+        MarkActualDay();
+}
+
+void kvKalivo::PrintCalendar()
+{
+    PrintCalendar(m_actualDate.date(), m_view);
+}
+
+void kvKalivo::PrintCalendar(const QDate &printDate, kvView printView)
+{
+    try {
+        kvCalendarPrinter::Job job;
+        job.PrintDate = kvDate::fromDate(printDate);
+        job.PrintView = printView;
+        job.Footnote = m_footnote;
+        job.PublicHoliday = m_publicHoliday;
+        job.Locale = locale();
+        job.LoadDay = kvCalendarPrinter::StoreLoader(*m_store);
+        kvCalendarPrinter(job).Print(this);
+    } catch (...) {
+        ReportError(300, kvErrorReporting::DescribeCurrentException());
+    }
 }

@@ -4,9 +4,12 @@
 
 #include "kvConnection.h"
 #include "kvDate.h"
+#include "kvGridGeometry.h"
 
 #include <QDate>
 #include <QWidget>
+
+#include <memory>
 
 class QAction;
 class QActionGroup;
@@ -15,7 +18,12 @@ class QLabel;
 class QStatusBar;
 class QTimer;
 class QToolBar;
+class ctlDay;
+class ctlKW;
 class ctlToolTip;
+class QFrame;
+class QMenu;
+template <typename T> class kvControlArray;
 class kvAppointmentStore;
 class kvError;
 class kvPropertyBag;
@@ -160,8 +168,16 @@ public:
     bool UserMode() const { return m_userMode; }
     void setUserMode(bool userMode);
 
+    //! The visible day cells, 1 .. DayCellCount(), in reading order (Part 3.1).
+    int DayCellCount() const;
+    ctlDay *DayCell(int index) const;
+
     //! Re-layout, whatever AutoRefresh says (grid arrangement, then the current-day marking).
     Q_INVOKABLE void Refresh();
+
+    //! Prints the week or month around \a printDate (default ActualDate) in \a printView (default View).
+    Q_INVOKABLE void PrintCalendar();
+    void PrintCalendar(const QDate &printDate, kvView printView);
 
     //! Part 1.1: the defaults of a new control; the constructor already applied them.
     void InitProperties();
@@ -204,26 +220,36 @@ private:
                               const QString &imageName);
     void PressViewButton();
 
-    struct GridShape
-    {
-        qint16 margin = 1;
-        qint16 weekColumnWidth = 15;
-        qint16 columns = 6;
-        qint16 rows = 1;
-    };
-
     void Relayout();
     void ArrangeGrid();
     void ArrangeGridStages(qint16 &step);
-    GridShape ComputeGridShape() const;
-    qint32 ComputeCellWidth(const GridShape &shape) const;
-    qint32 ComputeCellHeight(const GridShape &shape) const;
+    void UnloadDayCells();
+    void PlaceWeekdayCaptions();
+    static QString WeekdayCaption(int column, int columns, const QLocale &calendarLocale);
+    void PlaceDayCells();
+    void PlaceWeekColumn();
+    void FillGridStages(qint16 &step, QString &pendingCode);
+    void FillDayCell(int index, const kvDate &day, bool runMode, QString &pendingCode);
+    bool IsFirstCellOfRow(int index) const;
+    bool IsToday(const kvDate &day) const;
+    void ShowMonthCaption(const kvDate &first, const kvDate &last, bool runMode);
+    void RestoreDayHeader(ctlDay &cell);
+    void Reload();
+    void CreateGrid();
+    void CreateContextMenu();
+    void OnToolbarButton(const QString &key);
+    void OnContextMenuItem(int index);
+    void SwitchView(kvView view);
+    void StepDate(int direction);
+    void ApplyRangeCheck(const kvDate &date);
+    void GotoNextAppointment();
+    void GotoPreviousAppointment();
+    void JumpToAppointment(const kvDate &date, bool outsideTheView);
     int ToolbarRowHeight() const;
     int HeaderHeight() const;
     int WidestMonthCaption() const;
     bool MonthCaptionFitsBesideToolbar() const;
     int StatusBarTop() const;
-    int FirstCellTop() const;
     void PlaceChrome();
     void FillGrid();
     void MarkActualDay();
@@ -239,7 +265,8 @@ private:
     void ReportError(int code, const QString &description);
 
     kvDate FirstGridDate() const;
-    kvDate LastGridDate() const;
+    kvDate FirstCellDate() const;
+    kvDate LastCellDate() const;
 
     QString m_recordSource;
     QString m_footnote;
@@ -262,8 +289,7 @@ private:
     bool m_publicHoliday = false;
     QString m_iconPath;
     bool m_userMode = true;
-    qint32 m_cellWidth = 0;
-    qint32 m_cellHeight = 0;
+    kvGridGeometry m_geometry;
 
     QToolBar *m_toolbarMain = nullptr;
     QActionGroup *m_viewButtons = nullptr;
@@ -275,4 +301,10 @@ private:
     QTimer *m_timerTooltipOff = nullptr;
     ctlToolTip *m_toolTip = nullptr;
     kvAppointmentStore *m_store = nullptr;
+    std::unique_ptr<kvControlArray<ctlDay>> m_days;
+    std::unique_ptr<kvControlArray<QLabel>> m_weekdayCaptions;
+    QFrame *m_corner = nullptr;
+    ctlKW *m_weekColumn = nullptr;
+    QMenu *m_contextMenu = nullptr;
+    QList<QAction *> m_contextItems;
 };

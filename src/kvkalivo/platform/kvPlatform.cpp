@@ -5,6 +5,7 @@
 #include "kvSystemFileDialog.h"
 #include "kvSystemMessageBox.h"
 #include "kvSystemModalRunner.h"
+#include "kvSystemPrinterService.h"
 #include "kvSystemShell.h"
 
 #include <utility>
@@ -17,6 +18,7 @@ thread_local kvFileDialog *installedFileDialog = nullptr;
 thread_local kvBeep *installedBeep = nullptr;
 thread_local kvClock *installedClock = nullptr;
 thread_local kvModalRunner *installedModalRunner = nullptr;
+thread_local kvPrinterService *installedPrinterService = nullptr;
 
 template <typename Real, typename Service>
 Service &current(Service *installed)
@@ -59,6 +61,11 @@ kvModalRunner &kvPlatform::modalRunner()
     return current<kvSystemModalRunner>(installedModalRunner);
 }
 
+kvPrinterService &kvPlatform::printerService()
+{
+    return current<kvSystemPrinterService>(installedPrinterService);
+}
+
 void kvPlatform::setMessageBox(kvMessageBox *service)
 {
     installedMessageBox = service;
@@ -89,6 +96,11 @@ void kvPlatform::setModalRunner(kvModalRunner *service)
     installedModalRunner = service;
 }
 
+void kvPlatform::setPrinterService(kvPrinterService *service)
+{
+    installedPrinterService = service;
+}
+
 kvMessageBox *kvPlatform::exchange(kvMessageBox *service)
 {
     return std::exchange(installedMessageBox, service);
@@ -117,4 +129,9 @@ kvClock *kvPlatform::exchange(kvClock *service)
 kvModalRunner *kvPlatform::exchange(kvModalRunner *service)
 {
     return std::exchange(installedModalRunner, service);
+}
+
+kvPrinterService *kvPlatform::exchange(kvPrinterService *service)
+{
+    return std::exchange(installedPrinterService, service);
 }

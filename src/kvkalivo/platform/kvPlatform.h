@@ -7,11 +7,12 @@ class kvClock;
 class kvFileDialog;
 class kvMessageBox;
 class kvModalRunner;
+class kvPrinterService;
 class kvShell;
 
 /*!
     \brief The services through which the control reaches message boxes, the shell, the file
-    dialog, the beep, the clock and modal dialogs.
+    dialog, the beep, the clock, modal dialogs and the printer.
 
     Each accessor returns the service installed on the calling thread, or the real one
     (kvSystemMessageBox, ...) when none is installed. Installing takes a non-owning pointer;
@@ -26,6 +27,7 @@ public:
     static kvBeep &beep();
     static kvClock &clock();
     static kvModalRunner &modalRunner();
+    static kvPrinterService &printerService();
 
     static void setMessageBox(kvMessageBox *service);
     static void setShell(kvShell *service);
@@ -33,6 +35,7 @@ public:
     static void setBeep(kvBeep *service);
     static void setClock(kvClock *service);
     static void setModalRunner(kvModalRunner *service);
+    static void setPrinterService(kvPrinterService *service);
 
     //! Installs \a service and returns the one installed before (nullptr: the real one).
     static kvMessageBox *exchange(kvMessageBox *service);
@@ -41,4 +44,5 @@ public:
     static kvBeep *exchange(kvBeep *service);
     static kvClock *exchange(kvClock *service);
     static kvModalRunner *exchange(kvModalRunner *service);
+    static kvPrinterService *exchange(kvPrinterService *service);
 };

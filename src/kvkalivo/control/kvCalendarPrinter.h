@@ -1,0 +1,90 @@
+#pragma once
+
+#include "kvCalendarPage.h"
+#include "kvDate.h"
+#include "kvFormat.h"
+#include "kvkalivo_export.h"
+
+#include <QLocale>
+#include <QString>
+
+#include <functional>
+
+class QPagedPaintDevice;
+class QWidget;
+class ctlDay;
+class kvAppointmentStore;
+
+/*!
+    \brief Calendar printing (PrintCalendar): the week or the month around a date on one
+    landscape A4 page, through kvPlatform::printerService().
+
+    The days are those of the grid (Part 3.1): the week is Monday .. Sunday of the date, the
+    month 42 days from the Monday on or before the 1st. Each day is loaded into an offscreen
+    ctlDay by the job's day loader, the same per-day query the grid runs; its rows give the
+    appointment lines. Every failure throws kvRuntimeError (the control reports code 300):
+    the loader's own kvRuntimeError unchanged, any other exception as 482 with its text.
+
+    \code
+    kvCalendarPrinter printer({date, view, Footnote(), PublicHoliday(), locale(),
+                               kvCalendarPrinter::StoreLoader(*m_store)});
+    printer.Print(this);   // false: the user cancelled
+    \endcode
+*/
+class KVKALIVO_EXPORT kvCalendarPrinter
+{
+public:
+    //! Fills \a cell, already Init-ed with \a day, with the day's appointments (AddDate).
+    using DayLoader = std::function<void(const kvDate &day, ctlDay &cell)>;
+
+    //! The kvView values.
+    static constexpr int Week = 1;
+    static constexpr int Month = 2;
+
+    struct Job
+    {
+        kvDate PrintDate;           //!< any time of day; the day counts
+        int PrintView = Month;      //!< Week (1) or Month (2)
+        QString Footnote;
+        bool PublicHoliday = true;  //!< print the holiday names
+        QLocale Locale = kvDefaultLocale();
+        DayLoader LoadDay;          //!< empty: no appointments
+    };
+
+    //! Throws kvRuntimeError 5 for a PrintView other than 1 or 2, or an invalid PrintDate.
+    explicit kvCalendarPrinter(Job job);
+
+    const Job &job() const { return m_job; }
+    kvDate FirstDay() const { return FirstDayOf(m_job.PrintDate, m_job.PrintView); }
+    int DayCount() const { return m_job.PrintView == Week ? 7 : 42; }
+    QString Caption() const;
+    //! The print queue's name: "Kalender " + caption.
+    QString DocumentName() const;
+
+    //! Runs the day loader for every printed day and returns the page.
+    kvCalendarPage LoadPage() const;
+    //! Loads the page, then prints it; false when the user cancelled the print.
+    bool Print(QWidget *parent = nullptr) const;
+
+    //! Paints \a page on \a device as one page; throws 482 when the device cannot be painted.
+    static void Render(const kvCalendarPage &page, QPagedPaintDevice &device);
+
+    //! The first printed day: the Monday of the week, or the Monday on or before the 1st.
+    static kvDate FirstDayOf(const kvDate &date, int view);
+    //! The month caption of Part 3.1 for the days \a first .. \a last around \a date.
+    static QString MonthCaption(const kvDate &date, const kvDate &first, const kvDate &last, int view,
+                                const QLocale &locale = kvDefaultLocale());
+    /*!
+        A day loader running \a store's LoadDayAppointments (rows in \a backColor); the
+        failure text it returns ("12-" step CR LF description) is thrown as kvRuntimeError 482.
+    */
+    static DayLoader StoreLoader(kvAppointmentStore &store, uint backColor = 0xFFFFFFu);
+
+private:
+    kvCalendarPage::Day LoadDay(const kvDate &day, ctlDay &cell) const;
+    void RunLoader(const kvDate &day, ctlDay &cell) const;
+    static QList<kvCalendarPage::Entry> EntriesOf(const ctlDay &cell);
+    QStringList WeekdayNames() const;
+
+    Job m_job;
+};

@@ -1,0 +1,583 @@
+#include "ctlDay.h"
+#include "ctlEntry.h"
+#include "kvAppointmentStore.h"
+#include "kvAppointmentTable.h"
+#include "kvCalendarPage.h"
+#include "kvCalendarPrinter.h"
+#include "kvConnection.h"
+#include "kvPdfPrinterService.h"
+#include "kvPlatform.h"
+#include "kvRuntimeError.h"
+#include "kvScopedService.h"
+#include "kvSystemPrinterService.h"
+#include "kvTestSupport.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QDialog>
+#include <QFile>
+#include <QFileInfo>
+#include <QLineEdit>
+#include <QPrintDialog>
+#include <QPrintPreviewWidget>
+#include <QProcess>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <QtTest>
+
+#include <functional>
+#include <stdexcept>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+kvDate at(int year, int month, int day, int hour = 0, int minute = 0)
+{
+    return kvDate::fromDate(QDate(year, month, day), QTime(hour, minute));
+}
+
+struct Appointment
+{
+    kvDate Begin;
+    kvDate End;
+    QString Name;
+};
+
+//! A day loader over a list, as the store's per-day query fills a cell: continued rows get "<--".
+kvCalendarPrinter::DayLoader listLoader(const QList<Appointment> &appointments)
+{
+    return [appointments](const kvDate &day, ctlDay &cell) {
+        qint32 id = 0;
+        for (const Appointment &a : appointments) {
+            ++id;
+            if (day < a.Begin.dateOnly() || day > a.End.dateOnly())
+                continue;
+            cell.AddDate(id, a.Begin, a.End, a.Name, QString(), QString(), 0, 0xFFFFFFu, 0);
+            if (day > a.Begin)
+                cell.Entries(qint16(cell.EntriesCount()))->setIsContinuedDate(true);
+        }
+    };
+}
+
+const QString LongName = u"Jahreshauptversammlung des Kleingartenvereins Sonnenschein e.V. im Vereinsheim"_s;
+const QString Footnote = u"Gedruckt mit kvKalivo – Praxis Dr. Sommer, Telefon intern zwei"_s;
+
+QList<Appointment> novemberAppointments()
+{
+    QList<Appointment> list{
+        {at(2026, 11, 3, 9, 30), at(2026, 11, 3, 10, 30), u"Zahnarzt Dr. Weber"_s},
+        {at(2026, 11, 5, 8, 0), at(2026, 11, 5, 9, 0), LongName},
+        {at(2026, 11, 10), at(2026, 11, 10), u"Betriebsausflug"_s},
+        {at(2026, 11, 12, 14, 0), at(2026, 11, 14, 12, 0), u"Messe München"_s},
+        {at(2026, 11, 25, 18, 15), at(2026, 11, 25, 20, 0), u"Elternabend"_s},
+        {at(2026, 11, 29, 11, 0), at(2026, 11, 29, 12, 0), u"Adventsbasar"_s},
+    };
+    for (int i = 1; i <= 12; ++i)
+        list.append({at(2026, 11, 27, 7 + i / 2, (i % 2) * 30), at(2026, 11, 27, 8 + i / 2),
+                     u"Termin %1"_s.arg(i, 2, 10, QLatin1Char('0'))});
+    return list;
+}
+
+QList<Appointment> christmasAppointments()
+{
+    return {
+        {at(2026, 12, 21, 16, 0), at(2026, 12, 21, 17, 0), u"Geschenke abholen"_s},
+        {at(2026, 12, 23, 10, 0), at(2026, 12, 26, 18, 0), u"Besuch bei Oma"_s},
+        {at(2026, 12, 24), at(2026, 12, 24), u"Bescherung"_s},
+        {at(2026, 12, 24, 22, 30), at(2026, 12, 24, 23, 30), u"Christmette"_s},
+        {at(2026, 12, 27, 9, 0), at(2026, 12, 27, 10, 0), u"Gottesdienst"_s},
+    };
+}
+
+//! The text of \a pdf as `pdftotext -layout` extracts it.
+QString pdfText(const QString &pdf)
+{
+    QProcess process;
+    process.start(u"pdftotext"_s, {u"-layout"_s, u"-enc"_s, u"UTF-8"_s, pdf, u"-"_s});
+    if (!process.waitForFinished(30000) || process.exitCode() != 0)
+        return QString();
+    return QString::fromUtf8(process.readAllStandardOutput());
+}
+
+int pdfPageCount(const QString &pdf)
+{
+    QProcess process;
+    process.start(u"pdfinfo"_s, {pdf});
+    process.waitForFinished(30000);
+    const QRegularExpressionMatch match =
+        QRegularExpression(u"^Pages:\\s+(\\d+)"_s, QRegularExpression::MultilineOption)
+            .match(QString::fromUtf8(process.readAllStandardOutput()));
+    return match.hasMatch() ? match.captured(1).toInt() : -1;
+}
+
+//! Converts the first page of \a pdf to "<gallery>/<name>.png" at \a dpi; returns the PNG's path.
+QString pdfToGallery(const QString &pdf, const QString &name, int dpi = 60)
+{
+    const QString prefix = QDir(galleryFolder()).filePath(name);
+    QProcess::execute(u"pdftoppm"_s, {u"-png"_s, u"-r"_s, QString::number(dpi), u"-singlefile"_s, pdf, prefix});
+    return prefix + u".png"_s;
+}
+
+//! \a time and every word of \a name are on the page (a name may wrap in its box).
+bool hasEntry(const QString &text, const QString &time, const QString &name)
+{
+    if (!text.contains(time))
+        return false;
+    for (const QString &word : name.split(QLatin1Char(' ')))
+        if (!text.contains(word))
+            return false;
+    return true;
+}
+
+//! \a time directly followed by \a name on one line.
+bool hasLine(const QString &text, const QString &time, const QString &name)
+{
+    return text.contains(QRegularExpression(QRegularExpression::escape(time) + u"\\s+"_s
+                                            + QRegularExpression::escape(name)));
+}
+
+//! Every box date ("23.11.") on the page, in reading order.
+QStringList dateLabels(const QString &text)
+{
+    QStringList labels;
+    QRegularExpressionMatchIterator it =
+        QRegularExpression(u"(?<![\\d.])\\d\\d\\.\\d\\d\\.(?!\\d)"_s).globalMatch(text);
+    while (it.hasNext())
+        labels.append(it.next().captured(0));
+    return labels;
+}
+
+QStringList expectedLabels(const kvDate &first, int count)
+{
+    QStringList labels;
+    for (int i = 0; i < count; ++i)
+        labels.append(kvCalendarPage::DateLabel(first.addDays(i)));
+    return labels;
+}
+
+// Acts on the first visible top-level widget of type Widget (a dialog run by exec()) that
+// \a accepts; gives up after five seconds and closes whatever modal dialog is open.
+template <typename Widget>
+void whenShown(std::function<bool(Widget *)> accepts, std::function<void(Widget *)> action)
+{
+    auto *timer = new QTimer;
+    auto tries = std::make_shared<int>(0);
+    timer->setInterval(10);
+    QObject::connect(timer, &QTimer::timeout, [timer, tries, accepts, action]() {
+        for (QWidget *widget : QApplication::topLevelWidgets()) {
+            auto *found = qobject_cast<Widget *>(widget);
+            if (found && found->isVisible() && accepts(found)) {
+                timer->stop();
+                timer->deleteLater();
+                action(found);
+                return;
+            }
+        }
+        if (++*tries < 500)
+            return;
+        timer->stop();
+        timer->deleteLater();
+        if (auto *modal = qobject_cast<QDialog *>(QApplication::activeModalWidget()))
+            modal->done(-1);
+    });
+    timer->start();
+}
+
+bool isPreview(QDialog *dialog)
+{
+    return dialog->objectName() == QLatin1String(kvSystemPrinterService::PreviewObjectName);
+}
+
+} // namespace
+
+/*!
+    Calendar printing: the days, caption and page of kvCalendarPrinter, printed to PDF through
+    kvPdfPrinterService and read back with pdftotext; the printer services themselves.
+*/
+class tst_kvCalendarPrinter : public QObject
+{
+    Q_OBJECT
+
+private:
+    QTemporaryDir m_folder;
+
+    QString pdfPath(const QString &name) const { return m_folder.filePath(name + u".pdf"_s); }
+
+    /*!
+        Prints \a job into \a name.pdf and returns the extracted text ("" on failure). The text
+        the PDF and its page as a PNG go to the gallery as "printer-<name>".
+    */
+    QString printToText(const kvCalendarPrinter::Job &job, const QString &name)
+    {
+        kvPdfPrinterService pdf(pdfPath(name));
+        kvScopedService installed(pdf);
+        if (!kvCalendarPrinter(job).Print())
+            return QString();
+        const QString text = pdfText(pdf.FilePath());
+        QFile file(QDir(galleryFolder()).filePath(u"printer-"_s + name + u".txt"_s));
+        if (file.open(QIODevice::WriteOnly))
+            file.write(text.toUtf8());
+        pdfToGallery(pdf.FilePath(), u"printer-"_s + name);
+        const QString galleryPdf = QDir(galleryFolder()).filePath(u"printer-"_s + name + u".pdf"_s);
+        QFile::remove(galleryPdf);
+        QFile::copy(pdf.FilePath(), galleryPdf);
+        return text;
+    }
+
+private slots:
+    void initTestCase()
+    {
+        QVERIFY(m_folder.isValid());
+        QVERIFY2(!QStandardPaths::findExecutable(u"pdftotext"_s).isEmpty(),
+                 "pdftotext missing: run scripts/install-deps.sh (poppler-utils)");
+    }
+
+    // --- the days and the caption (Part 3.1's rules) ----------------------------------------
+
+    void weekIsMondayToSunday()
+    {
+        const kvCalendarPrinter printer({at(2026, 11, 25, 15, 45), kvCalendarPrinter::Week});
+        QCOMPARE(printer.FirstDay(), at(2026, 11, 23));
+        QCOMPARE(printer.DayCount(), 7);
+        QCOMPARE(printer.Caption(), u"November 2026"_s);
+        QCOMPARE(kvCalendarPrinter::FirstDayOf(at(2026, 11, 29), kvCalendarPrinter::Week), at(2026, 11, 23));
+        QCOMPARE(kvCalendarPrinter::FirstDayOf(at(2026, 11, 23), kvCalendarPrinter::Week), at(2026, 11, 23));
+    }
+
+    void monthIs42DaysFromTheMondayOnOrBeforeThe1st()
+    {
+        const kvCalendarPrinter november({at(2026, 11, 18), kvCalendarPrinter::Month});
+        QCOMPARE(november.FirstDay(), at(2026, 10, 26));   // 1 November 2026 is a Sunday
+        QCOMPARE(november.DayCount(), 42);
+        QCOMPARE(november.Caption(), u"November 2026"_s);
+        // June 2026 begins on a Monday: the grid starts on the 1st and ends on 12 July.
+        QCOMPARE(kvCalendarPrinter::FirstDayOf(at(2026, 6, 30), kvCalendarPrinter::Month), at(2026, 6, 1));
+    }
+
+    void weekAcrossTwoMonthsHasTheTwoMonthCaption()
+    {
+        const kvCalendarPrinter printer({at(2026, 12, 31), kvCalendarPrinter::Week});
+        QCOMPARE(printer.FirstDay(), at(2026, 12, 28));
+        QCOMPARE(printer.Caption(), u"Dez/Jan 2027"_s);
+        QCOMPARE(printer.DocumentName(), u"Kalender Dez/Jan 2027"_s);
+    }
+
+    void invalidViewOrDateThrows5()
+    {
+        QCOMPARE(errorNumber([] { kvCalendarPrinter({at(2026, 1, 1), 3}); }), 5);
+        QCOMPARE(errorNumber([] { kvCalendarPrinter({at(2026, 1, 1), 0}); }), 5);
+    }
+
+    void pageHoldsTheLoadedDays()
+    {
+        kvCalendarPrinter::Job job{at(2026, 11, 18), kvCalendarPrinter::Month};
+        job.LoadDay = listLoader(novemberAppointments());
+        const kvCalendarPage page = kvCalendarPrinter(job).LoadPage();
+        QCOMPARE(page.Days.size(), 42);
+        QCOMPARE(page.Rows(), 6);
+        QCOMPARE(page.WeekdayNames.first(), u"Montag"_s);
+        QCOMPARE(page.WeekdayNames.last(), u"Sonntag"_s);
+        const kvCalendarPage::Day &messeSecondDay = page.Days.at(18);   // 13 November
+        QCOMPARE(messeSecondDay.Date, at(2026, 11, 13));
+        QCOMPARE(messeSecondDay.Entries.size(), 1);
+        QCOMPARE(messeSecondDay.Entries.first().Time, u"<--"_s);
+        QCOMPARE(page.Days.at(15).Entries.first().Time, u""_s);          // 10 November, all day
+        QCOMPARE(page.Days.at(23).HolidayName, u"Buss und Bettag"_s);    // 18 November
+        QVERIFY(page.Days.at(0).OutsideMonth);
+        QVERIFY(!page.Days.at(6).OutsideMonth);
+    }
+
+    // --- printed pages, read back ------------------------------------------------------------
+
+    void monthPrintsEverything()
+    {
+        kvCalendarPrinter::Job job{at(2026, 11, 18), kvCalendarPrinter::Month, Footnote};
+        job.LoadDay = listLoader(novemberAppointments());
+        const QString text = printToText(job, u"month-2026-11"_s);
+        QVERIFY2(!text.isEmpty(), "nothing printed");
+
+        QCOMPARE(pdfPageCount(pdfPath(u"month-2026-11"_s)), 1);
+        QVERIFY(text.contains(u"November 2026"_s));
+        for (const QString &day : {u"Montag"_s, u"Dienstag"_s, u"Mittwoch"_s, u"Donnerstag"_s,
+                                   u"Freitag"_s, u"Samstag"_s, u"Sonntag"_s})
+            QVERIFY2(text.contains(day), qPrintable(day));
+        for (const QString &holiday : {u"Allerheiligen"_s, u"Volkstrauertag"_s, u"Buss und Bettag"_s,
+                                       u"Totensonntag"_s, u"1. Advent"_s, u"2. Advent"_s})
+            QVERIFY2(text.contains(holiday), qPrintable(holiday));
+        QVERIFY(hasEntry(text, u"09:30"_s, u"Zahnarzt Dr. Weber"_s));
+        QVERIFY(hasLine(text, u"14:00"_s, u"Messe München"_s));
+        QCOMPARE(text.count(QRegularExpression(u"<--\\s+Messe"_s)), 2);
+        QVERIFY(hasLine(text, u"18:15"_s, u"Elternabend"_s));
+        QVERIFY(text.contains(u"Betriebsausflug"_s));
+        QVERIFY(!text.contains(QRegularExpression(u"\\d\\d:\\d\\d\\s+Betriebsausflug"_s)));
+        QVERIFY(text.contains(Footnote));
+        for (int week = 44; week <= 49; ++week)
+            QVERIFY2(text.contains(u"%1. KW"_s.arg(week)), qPrintable(QString::number(week)));
+
+        // The long name is shortened with "…"; the full box of 27 November ends with "+ N weitere".
+        QVERIFY(text.contains(u"Jahreshaupt"_s));
+        QVERIFY(!text.contains(LongName));
+        QVERIFY(text.contains(u"…"_s));
+        const QRegularExpressionMatch more = QRegularExpression(u"\\+ (\\d+) weitere"_s).match(text);
+        QVERIFY(more.hasMatch());
+        int shown = 0;
+        for (int i = 1; i <= 12; ++i)
+            shown += text.contains(u"Termin %1"_s.arg(i, 2, 10, QLatin1Char('0'))) ? 1 : 0;
+        QCOMPARE(shown + more.captured(1).toInt(), 12);
+        QVERIFY(shown >= 3);
+
+        QCOMPARE(dateLabels(text), expectedLabels(at(2026, 10, 26), 42));
+        QVERIFY(QFileInfo::exists(QDir(galleryFolder()).filePath(u"printer-month-2026-11.png"_s)));
+    }
+
+    void weekPrintsSevenDaysWithChristmas()
+    {
+        kvCalendarPrinter::Job job{at(2026, 12, 24), kvCalendarPrinter::Week, Footnote};
+        job.LoadDay = listLoader(christmasAppointments());
+        const QString text = printToText(job, u"week-2026-52"_s);
+        QVERIFY2(!text.isEmpty(), "nothing printed");
+
+        QCOMPARE(pdfPageCount(pdfPath(u"week-2026-52"_s)), 1);
+        QVERIFY(text.contains(u"Dezember 2026"_s));
+        for (const QString &holiday : {u"Hl. Abend"_s, u"1. Weihnachtstag"_s, u"2. Weihnachtstag"_s})
+            QVERIFY2(text.contains(holiday), qPrintable(holiday));
+        QVERIFY(hasEntry(text, u"16:00"_s, u"Geschenke abholen"_s));
+        QVERIFY(hasEntry(text, u"10:00"_s, u"Besuch bei Oma"_s));
+        QCOMPARE(text.count(QRegularExpression(u"<--\\s+Besuch"_s)), 3);
+        QVERIFY(hasLine(text, u"22:30"_s, u"Christmette"_s));
+        QVERIFY(text.contains(u"Bescherung"_s));
+        QVERIFY(text.contains(u"52. KW"_s));
+        QVERIFY(text.contains(Footnote));
+        QCOMPARE(dateLabels(text), expectedLabels(at(2026, 12, 21), 7));
+        QVERIFY(QFileInfo::exists(QDir(galleryFolder()).filePath(u"printer-week-2026-52.png"_s)));
+    }
+
+    void weekAcrossTheYearPrintsBothMonths()
+    {
+        const QString text = printToText({at(2026, 12, 31), kvCalendarPrinter::Week}, u"newyear"_s);
+        QVERIFY(text.contains(u"Dez/Jan 2027"_s));
+        QVERIFY(text.contains(u"Silvester"_s));
+        QVERIFY(text.contains(u"Neujahrstag"_s));
+        QVERIFY(text.contains(u"53. KW"_s));
+        QCOMPARE(dateLabels(text), expectedLabels(at(2026, 12, 28), 7));
+    }
+
+    void holidaysOnlyWhenAsked()
+    {
+        kvCalendarPrinter::Job job{at(2026, 11, 18), kvCalendarPrinter::Month};
+        job.PublicHoliday = false;
+        const QString text = printToText(job, u"noholidays"_s);
+        QVERIFY(!text.isEmpty());
+        QVERIFY(!text.contains(u"Totensonntag"_s));
+        QVERIFY(!text.contains(u"Advent"_s));
+    }
+
+    void fullWeekBoxEndsWithMore()
+    {
+        QList<Appointment> many;
+        for (int i = 0; i < 60; ++i)
+            many.append({at(2026, 11, 24, 6 + i / 4, (i % 4) * 15), at(2026, 11, 24, 23), u"Slot %1"_s.arg(i)});
+        kvCalendarPrinter::Job job{at(2026, 11, 24), kvCalendarPrinter::Week};
+        job.LoadDay = listLoader(many);
+        const QString text = printToText(job, u"fullweek"_s);
+        const QRegularExpressionMatch more = QRegularExpression(u"\\+ (\\d+) weitere"_s).match(text);
+        QVERIFY(more.hasMatch());
+        const int shown = int(text.count(QRegularExpression(u"\\d\\d:\\d\\d\\s+Slot \\d+"_s)));
+        QCOMPARE(shown + more.captured(1).toInt(), 60);
+        QVERIFY(shown >= 20);
+    }
+
+    // --- failures -----------------------------------------------------------------------------
+
+    void failingDayLoaderThrowsAndPrintsNothing()
+    {
+        kvPdfPrinterService pdf(pdfPath(u"failing"_s));
+        kvScopedService installed(pdf);
+        kvCalendarPrinter::Job job{at(2026, 11, 18), kvCalendarPrinter::Month};
+        int loaded = 0;
+        job.LoadDay = [&loaded](const kvDate &, ctlDay &cell) {
+            if (++loaded == 10)
+                throw kvRuntimeError(3021, u"Entweder BOF oder EOF ist True"_s);
+            cell.AddDate(1, at(2026, 11, 1, 9), at(2026, 11, 1, 10), u"x"_s, {}, {}, 0, 0xFFFFFFu, 0);
+        };
+        QString description;
+        QCOMPARE(errorNumber([&] { kvCalendarPrinter(job).Print(); }, &description), 3021);
+        QCOMPARE(description, u"Entweder BOF oder EOF ist True"_s);
+        QCOMPARE(loaded, 10);
+        QCOMPARE(pdf.CallCount(), 0);
+        QVERIFY(!QFileInfo::exists(pdf.FilePath()));
+
+        job.LoadDay = [](const kvDate &, ctlDay &) { throw std::runtime_error("Datenbank weg"); };
+        QCOMPARE(errorNumber([&] { kvCalendarPrinter(job).Print(); }, &description), 482);
+        QCOMPARE(description, u"Datenbank weg"_s);
+        QCOMPARE(pdf.CallCount(), 0);
+    }
+
+    void unwritableDeviceThrows482()
+    {
+        kvPdfPrinterService pdf(m_folder.filePath(u"missing/folder/x.pdf"_s));
+        kvScopedService installed(pdf);
+        QCOMPARE(errorNumber([] { kvCalendarPrinter({at(2026, 11, 18), 2}).Print(); }), 482);
+        QCOMPARE(pdf.CallCount(), 1);
+    }
+
+    void cancelledPrintIsNoFailure()
+    {
+        kvPdfPrinterService pdf(pdfPath(u"cancelled"_s));
+        pdf.SetCancelled(true);
+        kvScopedService installed(pdf);
+        bool printed = true;
+        QCOMPARE(errorNumber([&] { printed = kvCalendarPrinter({at(2026, 11, 18), 2}).Print(); }), 0);
+        QVERIFY(!printed);
+        QCOMPARE(pdf.CallCount(), 1);
+        QCOMPARE(pdf.Calls().first().DocumentName, u"Kalender November 2026"_s);
+        QCOMPARE(pdf.Calls().first().PageLayout.orientation(), QPageLayout::Landscape);
+        QCOMPARE(pdf.Calls().first().PageLayout.pageSize().id(), QPageSize::A4);
+        QVERIFY(!QFileInfo::exists(pdf.FilePath()));
+    }
+
+    // --- a real SQLite table through the store's per-day query ------------------------------
+
+    void sqliteAppointmentsThroughTheStore()
+    {
+        kvConnection connection;
+        connection.Open(u"Driver=SQLite3;Database="_s + m_folder.filePath(u"termine.db"_s));
+        kvAppointmentTable::Create(connection, u"Termine"_s);
+        const auto insert = [&connection](const kvDate &begin, const kvDate &end, const QString &name) {
+            connection.Execute(u"INSERT INTO Termine (DateBegin, DateEnd, Name) VALUES (?, ?, ?)"_s,
+                               {QVariant::fromValue(begin), QVariant::fromValue(end), name});
+        };
+        insert(at(2026, 11, 23, 8, 15), at(2026, 11, 23, 9, 0), u"Teambesprechung"_s);
+        insert(at(2026, 11, 24, 13, 0), at(2026, 11, 26, 17, 0), u"Schulung Köln"_s);
+        insert(at(2026, 11, 27), at(2026, 11, 27), u"Brückentag"_s);
+        insert(at(2026, 11, 30, 9, 0), at(2026, 11, 30, 10, 0), u"Nächste Woche"_s);
+
+        kvAppointmentStore store;
+        store.setRecordSource(u"Termine"_s);
+        QVERIFY(store.SetConnection(&connection).has_value());
+        kvCalendarPrinter::Job job{at(2026, 11, 25), kvCalendarPrinter::Week, u"SQLite"_s};
+        job.LoadDay = kvCalendarPrinter::StoreLoader(store);
+        const QString text = printToText(job, u"sqlite"_s);
+
+        QVERIFY(hasEntry(text, u"08:15"_s, u"Teambesprechung"_s));
+        QVERIFY(hasLine(text, u"13:00"_s, u"Schulung Köln"_s));
+        QCOMPARE(text.count(QRegularExpression(u"<--\\s+Schulung"_s)), 2);
+        QVERIFY(text.contains(u"Brückentag"_s));
+        QVERIFY(text.contains(u"Totensonntag"_s) == false);   // 22 November is the week before
+        QVERIFY(!text.contains(u"Nächste Woche"_s));
+        QCOMPARE(dateLabels(text), expectedLabels(at(2026, 11, 23), 7));
+
+        // A failing per-day query ("12-" step) is thrown and nothing is printed.
+        connection.Execute(u"DROP TABLE Termine"_s);
+        kvPdfPrinterService pdf(pdfPath(u"sqlite-failed"_s));
+        kvScopedService installed(pdf);
+        QString description;
+        QCOMPARE(errorNumber([&] { kvCalendarPrinter(job).Print(); }, &description), 482);
+        QVERIFY2(description.startsWith(u"12-"_s), qPrintable(description));
+        QCOMPARE(pdf.CallCount(), 0);
+    }
+
+    // --- the printer services -------------------------------------------------------------------
+
+    void platformServesTheSystemPrinterUnlessOneIsInstalled()
+    {
+        QVERIFY(dynamic_cast<kvSystemPrinterService *>(&kvPlatform::printerService()));
+        kvPdfPrinterService pdf;
+        {
+            kvScopedService installed(pdf);
+            QCOMPARE(&kvPlatform::printerService(), static_cast<kvPrinterService *>(&pdf));
+        }
+        QVERIFY(dynamic_cast<kvSystemPrinterService *>(&kvPlatform::printerService()));
+        kvPlatform::setPrinterService(&pdf);
+        QCOMPARE(&kvPlatform::printerService(), static_cast<kvPrinterService *>(&pdf));
+        QCOMPARE(kvPlatform::exchange(static_cast<kvPrinterService *>(nullptr)), &pdf);
+        QVERIFY(dynamic_cast<kvSystemPrinterService *>(&kvPlatform::printerService()));
+    }
+
+    void systemPrinterCancelledInThePrintDialog()
+    {
+        int rendered = 0;
+        kvPrinterService::Job job{u"Kalender"_s, kvPrinterService::A4Landscape(),
+                                  [&rendered](QPagedPaintDevice &) { ++rendered; }};
+        bool chooserSeen = false;
+        whenShown<QPrintDialog>([](QPrintDialog *) { return true; },
+                                [&chooserSeen](QPrintDialog *dialog) { chooserSeen = true; dialog->reject(); });
+        QVERIFY(!kvSystemPrinterService().Print(nullptr, job));
+        QVERIFY(chooserSeen);
+        QCOMPARE(rendered, 0);
+    }
+
+    void systemPrinterShowsThePreviewThenCancels()
+    {
+        kvCalendarPrinter::Job calendar{at(2026, 11, 18), kvCalendarPrinter::Month, Footnote};
+        calendar.LoadDay = listLoader(novemberAppointments());
+        const kvCalendarPage page = kvCalendarPrinter(calendar).LoadPage();
+        int rendered = 0;
+        kvPrinterService::Job job{u"Kalender November 2026"_s, kvPrinterService::A4Landscape(),
+                                  [&](QPagedPaintDevice &device) {
+                                      ++rendered;
+                                      kvCalendarPrinter::Render(page, device);
+                                  }};
+        int previewPages = -1;
+        whenShown<QPrintDialog>([](QPrintDialog *) { return true; }, [&](QPrintDialog *dialog) {
+            whenShown<QDialog>(isPreview, [&](QDialog *preview) {
+                auto *widget = preview->findChild<QPrintPreviewWidget *>();
+                previewPages = widget ? widget->pageCount() : -1;
+                preview->grab().save(QDir(galleryFolder()).filePath(u"printer-preview.png"_s));
+                preview->reject();
+            });
+            dialog->accept();
+        });
+        QVERIFY(!kvSystemPrinterService().Print(nullptr, job));
+        QCOMPARE(previewPages, 1);
+        QVERIFY(rendered >= 1);
+    }
+
+    void systemPrinterPrintsAfterThePreview()
+    {
+        kvCalendarPrinter::Job calendar{at(2026, 11, 18), kvCalendarPrinter::Month, Footnote};
+        calendar.LoadDay = listLoader(novemberAppointments());
+        const kvCalendarPage page = kvCalendarPrinter(calendar).LoadPage();
+        kvPrinterService::Job job{u"Kalender November 2026"_s, kvPrinterService::A4Landscape(),
+                                  [&](QPagedPaintDevice &device) { kvCalendarPrinter::Render(page, device); }};
+        const QString target = pdfPath(u"system"_s);
+        bool fileChosen = false;
+        // The print dialog's own "Print to File (PDF)" is the printer a machine without one has.
+        whenShown<QPrintDialog>([](QPrintDialog *) { return true; }, [&](QPrintDialog *dialog) {
+            auto *printers = dialog->findChild<QComboBox *>(u"printers"_s);
+            auto *fileName = dialog->findChild<QLineEdit *>(u"filename"_s);
+            if (printers && fileName) {
+                printers->setCurrentIndex(printers->count() - 1);
+                fileName->setText(target);
+                fileChosen = true;
+            }
+            whenShown<QDialog>(isPreview, [](QDialog *preview) {
+                QTest::mouseClick(preview->findChild<QPushButton *>(u"cmdPrint"_s), Qt::LeftButton);
+            });
+            dialog->accept();
+        });
+        QVERIFY(kvSystemPrinterService().Print(nullptr, job));
+        if (!fileChosen)
+            QSKIP("this Qt's print dialog has no print-to-file choice to script");
+        QVERIFY(QFileInfo::exists(target));
+        const QString text = pdfText(target);
+        QVERIFY(text.contains(u"November 2026"_s));
+        QVERIFY(text.contains(Footnote));
+    }
+
+    void systemPrinterRethrowsAFailingRenderAfterClosing()
+    {
+        kvPrinterService::Job job{u"Kalender"_s, kvPrinterService::A4Landscape(),
+                                  [](QPagedPaintDevice &) { throw kvRuntimeError(7, u"Nicht genügend Speicher"_s); }};
+        whenShown<QPrintDialog>([](QPrintDialog *) { return true; }, [](QPrintDialog *dialog) { dialog->accept(); });
+        QCOMPARE(errorNumber([&] { kvSystemPrinterService().Print(nullptr, job); }), 7);
+        QVERIFY(!QApplication::activeModalWidget());
+    }
+};
+
+QTEST_MAIN(tst_kvCalendarPrinter)
+#include "tst_kvCalendarPrinter.moc"

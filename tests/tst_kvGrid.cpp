@@ -1,0 +1,398 @@
+// Part 3.1: the week and month grid.
+#include "ctlDay.h"
+#include "ctlEntry.h"
+#include "ctlKW.h"
+#include "kvAppointmentTable.h"
+#include "kvConnection.h"
+#include "kvFaultInjection.h"
+#include "kvFixedClock.h"
+#include "kvGridGeometry.h"
+#include "kvKalivo.h"
+#include "kvRecordset.h"
+#include "kvScopedService.h"
+#include "kvScriptedMessageBox.h"
+#include "kvTestSupport.h"
+
+#include <QLabel>
+#include <QTemporaryDir>
+#include <QtTest>
+
+namespace {
+
+const QDate fixedToday(2026, 11, 22);
+
+kvDate at(int year, int month, int day, int hour = 0, int minute = 0)
+{
+    return kvDate::fromDate(QDate(year, month, day), QTime(hour, minute));
+}
+
+// An SQLite appointment table with a few rows, connected to a control.
+struct Calendar
+{
+    explicit Calendar(QSize size = QSize(1280, 800))
+    {
+        connection.Open(QStringLiteral("Driver=SQLite3;Database=%1").arg(folder.filePath(QStringLiteral("t.db"))));
+        kvAppointmentTable::Create(connection, QStringLiteral("Termine"));
+        control.setParameterizedSql(true);
+        control.setRecordSource(QStringLiteral("Termine"));
+        control.setConnection(&connection);
+        control.resize(size);
+        control.show();
+    }
+    void add(const kvDate &begin, const kvDate &end, const QString &name, int imageId = 0)
+    {
+        kvRecordset recordset;
+        recordset.Open(QStringLiteral("Termine"), &connection, 1, 2, 2);
+        recordset.AddNew();
+        recordset.setValue(QStringLiteral("DateBegin"), QVariant::fromValue(begin.toDateTime()));
+        recordset.setValue(QStringLiteral("DateEnd"), QVariant::fromValue(end.toDateTime()));
+        recordset.setValue(QStringLiteral("Name"), name);
+        recordset.setValue(QStringLiteral("ImageID"), imageId);
+        recordset.Update();
+        recordset.Close();
+    }
+    // The texts of the rows in the cell that shows \a day, with the marker for continued ones.
+    QStringList rowsOf(const QDate &day) const
+    {
+        for (int index = 1; index <= control.DayCellCount(); ++index) {
+            const ctlDay *cell = control.DayCell(index);
+            if (cell->datDay().date() != day)
+                continue;
+            QStringList rows;
+            for (int row = 1; row <= cell->EntriesCount(); ++row)
+                rows << (cell->Entries(row)->Time() + QLatin1Char(' ') + cell->Entries(row)->Text()).trimmed();
+            return rows;
+        }
+        return {QStringLiteral("<not shown>")};
+    }
+    QTemporaryDir folder;
+    kvConnection connection;
+    kvKalivo control;
+};
+
+} // namespace
+
+class tst_kvGrid : public QObject
+{
+    Q_OBJECT
+
+private:
+    kvFixedClock m_clock{kvDate::fromDate(fixedToday, QTime(9, 41))};
+    kvScriptedMessageBox m_messageBox;
+    std::unique_ptr<kvScopedService<kvFixedClock>> m_installedClock;
+    std::unique_ptr<kvScopedService<kvScriptedMessageBox>> m_installedMessageBox;
+
+private slots:
+    void initTestCase()
+    {
+        m_installedClock = std::make_unique<kvScopedService<kvFixedClock>>(m_clock);
+        m_installedMessageBox = std::make_unique<kvScopedService<kvScriptedMessageBox>>(m_messageBox);
+    }
+
+    void cleanup()
+    {
+        QCOMPARE(m_messageBox.CallCount(), 0);
+        kvFaultInjection::Disarm();
+    }
+
+    // --- Geometry ------------------------------------------------------------------------
+
+    void cellWidthRoundsHalfToEven_data()
+    {
+        QTest::addColumn<int>("scaleWidth");
+        QTest::addColumn<int>("columns");
+        QTest::addColumn<int>("cellWidth");
+        // (W - 2 - 5 - 15) / 6 and (W - 2 - 6 - 15) / 7
+        QTest::newRow("6 columns, exact") << 622 << 1 << 100;
+        QTest::newRow("6 columns, .5 to even (down)") << 625 << 1 << 100; // 100.5
+        QTest::newRow("6 columns, .5 to even (up)") << 631 << 1 << 102;   // 101.5
+        QTest::newRow("7 columns, exact") << 723 << 2 << 100;
+    }
+    void cellWidthRoundsHalfToEven()
+    {
+        QFETCH(int, scaleWidth);
+        QFETCH(int, columns);
+        QFETCH(int, cellWidth);
+        kvGridGeometry::Input input;
+        input.scaleWidth = scaleWidth;
+        input.captionTop = 30;
+        input.statusBarTop = 500;
+        input.weekendColumns = columns;
+        QCOMPARE(kvGridGeometry(input).cellWidth(), cellWidth);
+    }
+
+    // Edge case: with one weekend column a cell height of 101 gives Saturday and Sunday 50
+    // pixels each; a cell height of 100 gives Saturday 50 and Sunday 49.
+    void saturdayAboveSunday_data()
+    {
+        QTest::addColumn<int>("cellHeight");
+        QTest::addColumn<int>("saturday");
+        QTest::addColumn<int>("sunday");
+        QTest::newRow("101") << 101 << 50 << 50;
+        QTest::newRow("100") << 100 << 50 << 49;
+    }
+    void saturdayAboveSunday()
+    {
+        QFETCH(int, cellHeight);
+        QFETCH(int, saturday);
+        QFETCH(int, sunday);
+        kvGridGeometry::Input input;
+        input.scaleWidth = 700;
+        input.captionTop = 30;
+        // Week view: the cell height is what lies between the first cell top and the status bar,
+        // less 2 x margin.
+        input.statusBarTop = 30 + kvGridGeometry::CaptionHeight + 1 + cellHeight + 2;
+        const kvGridGeometry geometry(input);
+        QCOMPARE(geometry.cellHeight(), cellHeight);
+        QCOMPARE(geometry.cells().size(), 7);
+        const QRect saturdayCell = geometry.cells().at(5);
+        const QRect sundayCell = geometry.cells().at(6);
+        QCOMPARE(saturdayCell.height(), saturday);
+        QCOMPARE(sundayCell.height(), sunday);
+        QCOMPARE(saturdayCell.top(), geometry.firstCellTop());
+        QCOMPARE(sundayCell.top(), saturdayCell.top() + saturday + 1);
+        QCOMPARE(sundayCell.top() + sundayCell.height() - saturdayCell.top(), cellHeight);
+    }
+
+    void cellsHaveOnePixelGapsAndTheLastColumnReachesTheEdge()
+    {
+        kvGridGeometry::Input input;
+        input.scaleWidth = 1000;
+        input.captionTop = 30;
+        input.statusBarTop = 700;
+        input.weekendColumns = 2;
+        input.view = 2;
+        const kvGridGeometry geometry(input);
+        QCOMPARE(geometry.cells().size(), 42);
+        QCOMPARE(geometry.margin(), 1);
+        QCOMPARE(geometry.cells().at(0).left(), 1 + 15);
+        QCOMPARE(geometry.cells().at(1).left(), geometry.cells().at(0).right() + 2);
+        QCOMPARE(geometry.cells().at(7).top(), geometry.cells().at(0).bottom() + 2);
+        QCOMPARE(geometry.cells().at(6).right(), 1000 - 1 - 1); // ScaleWidth - margin
+        // (700 - 48 - 2 - 5) / 6 = 107.5 -> 108 (even)
+        QCOMPARE(geometry.cellHeight(), 108);
+    }
+
+    void fixedSingleBorderHasNoMarginAndHiddenWeeksNoColumn()
+    {
+        kvGridGeometry::Input input;
+        input.scaleWidth = 707;
+        input.captionTop = 30;
+        input.statusBarTop = 500;
+        input.borderStyle = 1;
+        input.weeksVisible = false;
+        const kvGridGeometry geometry(input);
+        QCOMPARE(geometry.margin(), 0);
+        QCOMPARE(geometry.weekColumnWidth(), 0);
+        QCOMPARE(geometry.cells().at(0).left(), 0);
+        QCOMPARE(geometry.cellWidth(), 117); // (707 - 5) / 6
+    }
+
+    // --- The control's grid ---------------------------------------------------------------
+
+    void weekViewShowsSevenCellsFromMonday()
+    {
+        Calendar calendar;
+        calendar.control.setActualDate(QDate(2026, 11, 18));
+        QCOMPARE(calendar.control.DayCellCount(), 7);
+        QCOMPARE(calendar.control.DayCell(1)->datDay().date(), QDate(2026, 11, 16));
+        QCOMPARE(calendar.control.DayCell(7)->datDay().date(), QDate(2026, 11, 22));
+        QCOMPARE(calendar.control.findChild<QLabel *>(QStringLiteral("lblWeekDay1"))->text(),
+                 QStringLiteral("Montag"));
+        QCOMPARE(calendar.control.findChild<QLabel *>(QStringLiteral("lblWeekDay5"))->text(),
+                 QStringLiteral("Freitag"));
+        QCOMPARE(calendar.control.findChild<QLabel *>(QStringLiteral("lblWeekDay6"))->text(),
+                 QStringLiteral("Sa-So"));
+        calendar.control.setWeekendColumns(kvKalivo::kvTwo);
+        QCOMPARE(calendar.control.findChild<QLabel *>(QStringLiteral("lblWeekDay6"))->text(),
+                 QStringLiteral("Samstag"));
+        QCOMPARE(calendar.control.findChild<QLabel *>(QStringLiteral("lblWeekDay7"))->text(),
+                 QStringLiteral("Sonntag"));
+    }
+
+    // Edge case: in month view with kvOne, every seventh cell is a Sunday in the lower part of
+    // the weekend column.
+    void everySeventhCellIsTheSundayBelowTheSaturday()
+    {
+        Calendar calendar;
+        calendar.control.setView(kvKalivo::kvMonth);
+        QCOMPARE(calendar.control.DayCellCount(), 42);
+        for (int index = 7; index <= 42; index += 7) {
+            const ctlDay *sunday = calendar.control.DayCell(index);
+            const ctlDay *saturday = calendar.control.DayCell(index - 1);
+            QCOMPARE(sunday->datDay().weekdayFromMonday(), 7);
+            QCOMPARE(saturday->datDay().weekdayFromMonday(), 6);
+            QCOMPARE(sunday->x(), saturday->x());
+            QCOMPARE(sunday->y(), saturday->geometry().bottom() + 2);
+        }
+    }
+
+    // Edge case: a month that begins on a Monday starts the grid on its 1st; the 42 days then
+    // end on the 11th or 12th of the following month.
+    void monthBeginningOnAMonday_data()
+    {
+        QTest::addColumn<QDate>("date");
+        QTest::addColumn<QDate>("last");
+        QTest::newRow("June 2026 (30 days)") << QDate(2026, 6, 17) << QDate(2026, 7, 12);
+        QTest::newRow("December 2025 (31 days)") << QDate(2025, 12, 24) << QDate(2026, 1, 11);
+    }
+    void monthBeginningOnAMonday()
+    {
+        QFETCH(QDate, date);
+        QFETCH(QDate, last);
+        Calendar calendar;
+        calendar.control.setView(kvKalivo::kvMonth);
+        calendar.control.setActualDate(date);
+        QCOMPARE(calendar.control.DayCell(1)->datDay().date(), QDate(date.year(), date.month(), 1));
+        QCOMPARE(calendar.control.DayCell(42)->datDay().date(), last);
+    }
+
+    void weekColumnShowsTheIsoWeeks()
+    {
+        Calendar calendar;
+        calendar.control.setView(kvKalivo::kvMonth);
+        calendar.control.setActualDate(QDate(2026, 12, 10));
+        const ctlKW *weeks = calendar.control.findChild<ctlKW *>();
+        QCOMPARE(weeks->CountKW(), 6);
+        QCOMPARE(weeks->sCaption(1), QStringLiteral("49"));
+        QCOMPARE(weeks->sCaption(5), QStringLiteral("53"));
+        QCOMPARE(weeks->sCaption(6), QStringLiteral("1"));
+        QVERIFY(weeks->isVisible());
+        calendar.control.setWeeksVisible(false);
+        QVERIFY(!weeks->isVisible());
+        QVERIFY(!calendar.control.findChild<QWidget *>(QStringLiteral("shpTopLeftEdge"))->isVisible());
+    }
+
+    void headersTodayAndHolidays()
+    {
+        Calendar calendar;
+        calendar.control.setPublicHoliday(true);
+        calendar.control.setView(kvKalivo::kvMonth);
+        calendar.control.setActualDate(QDate(2026, 11, 10));
+        for (int index = 1; index <= 42; ++index) {
+            ctlDay *cell = calendar.control.DayCell(index);
+            const QDate day = cell->datDay().date();
+            const uint header = cell->ctlHeader().BackColor();
+            if (day == fixedToday)
+                QCOMPARE(header, 0xC0C0FFu);
+            else if (day.month() != 11)
+                QCOMPARE(header, calendar.control.DayHeaderColor1());
+            else
+                QCOMPARE(header, calendar.control.DayHeaderColor2());
+        }
+        const auto cellOf = [&](const QDate &day) {
+            for (int index = 1; index <= 42; ++index)
+                if (calendar.control.DayCell(index)->datDay().date() == day)
+                    return calendar.control.DayCell(index);
+            return static_cast<ctlDay *>(nullptr);
+        };
+        QCOMPARE(cellOf(QDate(2026, 11, 1))->PublicHolidayName(), QStringLiteral("Allerheiligen"));
+        QCOMPARE(cellOf(QDate(2026, 11, 29))->PublicHolidayName(), QStringLiteral("1. Advent"));
+        QCOMPARE(cellOf(QDate(2026, 11, 10))->PublicHolidayName(), QString());
+        QVERIFY(cellOf(QDate(2026, 11, 10))->IsActualDay());
+        QVERIFY(!cellOf(QDate(2026, 11, 11))->IsActualDay());
+        // A re-layout (the colour pass after FillGrid) keeps these headers apart.
+        calendar.control.resize(1100, 700);
+        QApplication::processEvents();
+        QCOMPARE(cellOf(fixedToday)->ctlHeader().BackColor(), 0xC0C0FFu);
+        QCOMPARE(cellOf(QDate(2026, 12, 1))->ctlHeader().BackColor(), calendar.control.DayHeaderColor1());
+        QCOMPARE(cellOf(QDate(2026, 11, 29))->ctlHeader().lblTime().ForeColor, 255u);
+    }
+
+    void appointmentsAppearInTheRightCells()
+    {
+        Calendar calendar;
+        calendar.add(at(2026, 11, 17, 9, 30), at(2026, 11, 17, 10, 30), QStringLiteral("Teambesprechung"));
+        calendar.add(at(2026, 11, 18), at(2026, 11, 19), QStringLiteral("Urlaub"));
+        calendar.add(at(2026, 11, 19, 14), at(2026, 11, 21, 12), QStringLiteral("Messe"), 41);
+        calendar.control.setActualDate(QDate(2026, 11, 19));
+        calendar.control.Refresh();
+        QCOMPARE(calendar.rowsOf(QDate(2026, 11, 17)), QStringList{QStringLiteral("09:30 Teambesprechung")});
+        QCOMPARE(calendar.rowsOf(QDate(2026, 11, 18)), QStringList{QStringLiteral("Urlaub")});
+        QCOMPARE(calendar.rowsOf(QDate(2026, 11, 19)),
+                 (QStringList{QStringLiteral("<-- Urlaub"), QStringLiteral("14:00 Messe")}));
+        QCOMPARE(calendar.rowsOf(QDate(2026, 11, 20)), QStringList{QStringLiteral("<-- Messe")});
+        QCOMPARE(calendar.rowsOf(QDate(2026, 11, 21)), QStringList{QStringLiteral("<-- Messe")});
+        QCOMPARE(calendar.rowsOf(QDate(2026, 11, 22)), QStringList());
+
+        calendar.control.setView(kvKalivo::kvMonth);
+        QCOMPARE(calendar.rowsOf(QDate(2026, 11, 20)), QStringList{QStringLiteral("<-- Messe")});
+        QCOMPARE(calendar.rowsOf(QDate(2026, 11, 17)), QStringList{QStringLiteral("09:30 Teambesprechung")});
+    }
+
+    void designModeShowsNoDates()
+    {
+        Calendar calendar;
+        calendar.add(at(2026, 11, 17, 9, 30), at(2026, 11, 17, 10, 30), QStringLiteral("Teambesprechung"));
+        calendar.control.setUserMode(false);
+        calendar.control.Refresh();
+        QCOMPARE(calendar.control.DayCellCount(), 7);
+        for (int index = 1; index <= 7; ++index)
+            QCOMPARE(calendar.control.DayCell(index)->EntriesCount(), 0);
+    }
+
+    void aFailingDayLoadIsReportedOnceAtTheEnd()
+    {
+        Calendar calendar;
+        calendar.connection.Execute(QStringLiteral("DROP TABLE Termine"));
+        calendar.control.Refresh();
+        QCOMPARE(m_messageBox.CallCount(), 1);
+        QVERIFY2(m_messageBox.LastCall().prompt.startsWith(QStringLiteral("kvKalivo-Fehlercode 12-")),
+                 qPrintable(m_messageBox.LastCall().prompt));
+        QVERIFY(m_messageBox.LastCall().prompt.contains(QStringLiteral("no such table")));
+        m_messageBox.Clear();
+    }
+
+    void aFailingFillStageReportsElevenHundredPlusStep()
+    {
+        Calendar calendar;
+        kvFaultInjection::Arm(QStringLiteral("FillGrid"), 5, QStringLiteral("Testfehler"));
+        calendar.control.Refresh();
+        QCOMPARE(m_messageBox.CallCount(), 1);
+        QCOMPARE(m_messageBox.LastCall().prompt, QStringLiteral("kvKalivo-Fehlercode 1105\r\nTestfehler"));
+        m_messageBox.Clear();
+    }
+
+    // --- Screenshots --------------------------------------------------------------------------
+
+    void screenshots_data()
+    {
+        QTest::addColumn<QSize>("size");
+        QTest::addColumn<int>("view");
+        QTest::addColumn<int>("weekendColumns");
+        QTest::addColumn<bool>("weeksVisible");
+        QTest::newRow("week-1280x800") << QSize(1280, 800) << 1 << 1 << true;
+        QTest::newRow("month-1280x800") << QSize(1280, 800) << 2 << 1 << true;
+        QTest::newRow("month-1280x800-two-weekend-columns") << QSize(1280, 800) << 2 << 2 << true;
+        QTest::newRow("week-640x480-no-weeks") << QSize(640, 480) << 1 << 2 << false;
+        QTest::newRow("month-640x480") << QSize(640, 480) << 2 << 1 << true;
+        QTest::newRow("month-400x300") << QSize(400, 300) << 2 << 1 << true;
+    }
+    void screenshots()
+    {
+        QFETCH(QSize, size);
+        QFETCH(int, view);
+        QFETCH(int, weekendColumns);
+        QFETCH(bool, weeksVisible);
+        Calendar calendar(size);
+        calendar.add(at(2026, 11, 16, 8), at(2026, 11, 16, 9), QStringLiteral("Frühstück mit Anna"), 31);
+        calendar.add(at(2026, 11, 16, 10), at(2026, 11, 16, 11), QStringLiteral("Teambesprechung Projekt Nordlicht"), 11);
+        calendar.add(at(2026, 11, 18), at(2026, 11, 21), QStringLiteral("Urlaub Mallorca"), 41);
+        calendar.add(at(2026, 11, 20, 14, 30), at(2026, 11, 20, 15), QStringLiteral("Zahnarzt Dr. Weber"));
+        calendar.add(at(2026, 11, 25, 19), at(2026, 11, 25, 21), QStringLiteral("Elternabend"));
+        calendar.add(at(2026, 11, 2, 9), at(2026, 11, 2, 17), QStringLiteral("Schulung Excel"));
+        calendar.control.setPublicHoliday(true);
+        calendar.control.setWeekendColumns(kvKalivo::enWeekendColumns(weekendColumns));
+        calendar.control.setWeeksVisible(weeksVisible);
+        calendar.control.setView(kvKalivo::kvView(view));
+        calendar.control.setActualDate(QDate(2026, 11, 20));
+        QApplication::processEvents();
+        const QImage image = calendar.control.grab().toImage();
+        QVERIFY(image.save(QStringLiteral("%1/kvGrid-%2.png").arg(galleryFolder(), QString::fromLatin1(QTest::currentDataTag()))));
+        for (int index = 1; index <= calendar.control.DayCellCount(); ++index)
+            QVERIFY(calendar.control.rect().contains(calendar.control.DayCell(index)->geometry()));
+    }
+};
+
+QTEST_MAIN(tst_kvGrid)
+#include "tst_kvGrid.moc"

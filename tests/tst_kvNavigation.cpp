@@ -1,0 +1,297 @@
+// Part 1.2: view navigation and commands.
+#include "ctlDay.h"
+#include "ctlEntry.h"
+#include "kvAppointmentTable.h"
+#include "kvConnection.h"
+#include "kvFixedClock.h"
+#include "kvKalivo.h"
+#include "kvPdfPrinterService.h"
+#include "kvRecordset.h"
+#include "kvScopedService.h"
+#include "kvScriptedMessageBox.h"
+
+#include <QAction>
+#include <QDateEdit>
+#include <QLabel>
+#include <QMenu>
+#include <QSignalSpy>
+#include <QStatusBar>
+#include <QTemporaryDir>
+#include <QToolBar>
+#include <QtTest>
+
+namespace {
+
+const QDate fixedToday(2026, 11, 22);
+
+kvDate at(int year, int month, int day, int hour = 0, int minute = 0)
+{
+    return kvDate::fromDate(QDate(year, month, day), QTime(hour, minute));
+}
+
+struct Calendar
+{
+    Calendar()
+    {
+        connection.Open(QStringLiteral("Driver=SQLite3;Database=%1").arg(folder.filePath(QStringLiteral("t.db"))));
+        kvAppointmentTable::Create(connection, QStringLiteral("Termine"));
+        control.setParameterizedSql(true);
+        control.setRecordSource(QStringLiteral("Termine"));
+        control.setConnection(&connection);
+        control.resize(1000, 700);
+        control.show();
+        QObject::connect(&connection, &kvConnection::StatementExecuted,
+                         [this](const QString &sql) { statements << sql; });
+    }
+    void add(const kvDate &begin, const kvDate &end, const QString &name)
+    {
+        kvRecordset recordset;
+        recordset.Open(QStringLiteral("Termine"), &connection, 1, 2, 2);
+        recordset.AddNew();
+        recordset.setValue(QStringLiteral("DateBegin"), QVariant::fromValue(begin.toDateTime()));
+        recordset.setValue(QStringLiteral("DateEnd"), QVariant::fromValue(end.toDateTime()));
+        recordset.setValue(QStringLiteral("Name"), name);
+        recordset.Update();
+        recordset.Close();
+    }
+    void press(const char *key)
+    {
+        control.findChild<QToolBar *>(QStringLiteral("ToolbarMain"))
+            ->findChild<QAction *>(QString::fromLatin1(key))->trigger();
+    }
+    void chooseMenuItem(int index)
+    {
+        control.findChild<QAction *>(QStringLiteral("KontextDay%1").arg(index))->trigger();
+    }
+    QString status() const
+    {
+        return control.findChild<QStatusBar *>(QStringLiteral("StatusBar"))->findChild<QLabel *>()->text();
+    }
+    int dayLoads() const
+    {
+        return int(std::count_if(statements.cbegin(), statements.cend(),
+                                 [](const QString &sql) { return sql.contains(QStringLiteral("ORDER BY Termine.DateBegin")) && !sql.contains(QStringLiteral("NextDate")); }));
+    }
+    QTemporaryDir folder;
+    kvConnection connection;
+    kvKalivo control;
+    QStringList statements;
+};
+
+} // namespace
+
+class tst_kvNavigation : public QObject
+{
+    Q_OBJECT
+
+private:
+    kvFixedClock m_clock{kvDate::fromDate(fixedToday, QTime(9, 41))};
+    kvScriptedMessageBox m_messageBox;
+    std::unique_ptr<kvScopedService<kvFixedClock>> m_installedClock;
+    std::unique_ptr<kvScopedService<kvScriptedMessageBox>> m_installedMessageBox;
+
+private slots:
+    void initTestCase()
+    {
+        m_installedClock = std::make_unique<kvScopedService<kvFixedClock>>(m_clock);
+        m_installedMessageBox = std::make_unique<kvScopedService<kvScriptedMessageBox>>(m_messageBox);
+    }
+
+    void init()
+    {
+        m_messageBox.Clear();
+    }
+
+    void contextMenuItems()
+    {
+        Calendar calendar;
+        const QMenu *menu = calendar.control.findChild<QMenu *>(QStringLiteral("Kontextmenü"));
+        QVERIFY(menu);
+        QCOMPARE(menu->title(), QStringLiteral("Kontext"));
+        const QStringList captions{"Neu...", "Bearbeiten...", "Löschen...", "Vor", "Zurück", "-",
+                                   "Wochenansicht", "-", "Drucken"};
+        for (int index = 0; index < captions.size(); ++index) {
+            const QAction *item = calendar.control.findChild<QAction *>(QStringLiteral("KontextDay%1").arg(index));
+            QCOMPARE(item->text(), captions.at(index));
+            QCOMPARE(item->isSeparator(), captions.at(index) == QLatin1String("-"));
+        }
+    }
+
+    // Edge case: in the month view, "Forward" from 31 January 2024 gives 29 February 2024.
+    void forwardInTheMonthViewClampsToTheMonthsEnd()
+    {
+        Calendar calendar;
+        calendar.control.setView(kvKalivo::kvMonth);
+        calendar.control.setActualDate(QDate(2024, 1, 31));
+        calendar.press("Forward");
+        QCOMPARE(calendar.control.ActualDate(), QDate(2024, 2, 29));
+        QCOMPARE(calendar.control.DayCell(1)->datDay().date(), QDate(2024, 1, 29));
+        calendar.press("Back");
+        QCOMPARE(calendar.control.ActualDate(), QDate(2024, 1, 29));
+        QCOMPARE(calendar.status(), QStringLiteral("5. KW"));
+    }
+
+    void weekViewStepsBySevenDays()
+    {
+        Calendar calendar;
+        calendar.control.setActualDate(QDate(2025, 12, 29));
+        calendar.press("Forward");
+        QCOMPARE(calendar.control.ActualDate(), QDate(2026, 1, 5));
+        QCOMPARE(calendar.status(), QStringLiteral("2. KW"));
+        calendar.chooseMenuItem(4); // "Zurück"
+        QCOMPARE(calendar.control.ActualDate(), QDate(2025, 12, 29));
+        calendar.chooseMenuItem(3); // "Vor"
+        QCOMPARE(calendar.control.ActualDate(), QDate(2026, 1, 5));
+    }
+
+    void steppingWithoutAutoRefreshReloads()
+    {
+        Calendar calendar;
+        calendar.control.setAutoRefresh(false);
+        calendar.control.setActualDate(QDate(2026, 11, 18));
+        calendar.control.Refresh();
+        calendar.statements.clear();
+        calendar.press("Forward");
+        QCOMPARE(calendar.control.DayCell(1)->datDay().date(), QDate(2026, 11, 23));
+        QCOMPARE(calendar.dayLoads(), 7);
+    }
+
+    // Edge case: "Today" while today's date is already visible only moves the marking; no cell
+    // is cleared. "Today" never updates the status bar's week number.
+    void todayWhileVisibleOnlyMovesTheMarking()
+    {
+        Calendar calendar;
+        calendar.add(at(2026, 11, 17, 9), at(2026, 11, 17, 10), QStringLiteral("Teambesprechung"));
+        calendar.control.setActualDate(QDate(2026, 11, 17));
+        QCOMPARE(calendar.control.DayCell(2)->EntriesCount(), 1);
+        QVERIFY(calendar.control.DayCell(2)->IsActualDay());
+        QSignalSpy arranged(&calendar.control, &kvKalivo::gridArranged);
+        QSignalSpy marked(&calendar.control, &kvKalivo::actualDayMarked);
+        calendar.statements.clear();
+        QLabel *panel = calendar.control.findChild<QStatusBar *>()->findChild<QLabel *>();
+        panel->setText(QStringLiteral("unverändert"));
+        calendar.press("Today");
+        QCOMPARE(calendar.control.ActualDate(), fixedToday);
+        QCOMPARE(calendar.statements, QStringList());
+        QCOMPARE(arranged.count(), 0);
+        QCOMPARE(marked.count(), 1);
+        QCOMPARE(calendar.control.DayCell(2)->EntriesCount(), 1);
+        QVERIFY(!calendar.control.DayCell(2)->IsActualDay());
+        QVERIFY(calendar.control.DayCell(7)->IsActualDay());
+        QCOMPARE(panel->text(), QStringLiteral("unverändert"));
+    }
+
+    void todayOutsideTheViewReloads()
+    {
+        Calendar calendar;
+        calendar.control.setActualDate(QDate(2026, 1, 14));
+        calendar.statements.clear();
+        calendar.press("Today");
+        QCOMPARE(calendar.control.DayCell(1)->datDay().date(), QDate(2026, 11, 16));
+        QCOMPARE(calendar.dayLoads(), 7);
+        QCOMPARE(calendar.status(), QStringLiteral("3. KW")); // still the setter's last word
+        QCOMPARE(calendar.control.findChild<QDateEdit *>(QStringLiteral("DTPicker1"))->date(), fixedToday);
+    }
+
+    void datePickerRunsTheRangeCheck()
+    {
+        Calendar calendar;
+        calendar.control.setActualDate(QDate(2026, 11, 18));
+        calendar.control.findChild<QDateEdit *>(QStringLiteral("DTPicker1"))->setDate(QDate(2026, 12, 24));
+        QCOMPARE(calendar.control.ActualDate(), QDate(2026, 12, 24));
+        QCOMPARE(calendar.control.DayCell(1)->datDay().date(), QDate(2026, 12, 21));
+    }
+
+    // Edge case: switching view with "Week"/"Month" re-arranges the grid even when AutoRefresh
+    // is False.
+    void viewButtonsRearrangeWithoutAutoRefresh()
+    {
+        Calendar calendar;
+        calendar.control.setAutoRefresh(false);
+        calendar.press("Month");
+        QCOMPARE(calendar.control.View(), kvKalivo::kvMonth);
+        QCOMPARE(calendar.control.DayCellCount(), 42);
+        calendar.press("Week");
+        QCOMPARE(calendar.control.DayCellCount(), 7);
+    }
+
+    void menuItemSixOffersTheOtherView()
+    {
+        Calendar calendar;
+        QAction *item = calendar.control.findChild<QAction *>(QStringLiteral("KontextDay6"));
+        calendar.chooseMenuItem(6);
+        QCOMPARE(calendar.control.View(), kvKalivo::kvMonth);
+        QCOMPARE(item->text(), QStringLiteral("Wochenansicht"));
+        calendar.chooseMenuItem(6);
+        QCOMPARE(calendar.control.View(), kvKalivo::kvWeek);
+        QCOMPARE(item->text(), QStringLiteral("Monatsansicht"));
+    }
+
+    // Edge case: the toolbar's "Print" asks first; the context menu's "Drucken" prints at once.
+    void toolbarPrintAsksAndMenuPrintDoesNot()
+    {
+        Calendar calendar;
+        calendar.add(at(2026, 11, 17, 9), at(2026, 11, 17, 10), QStringLiteral("Teambesprechung"));
+        calendar.control.setFootnote(QStringLiteral("Büro Müller"));
+        calendar.control.setActualDate(QDate(2026, 11, 17));
+        kvPdfPrinterService printer(calendar.folder.filePath(QStringLiteral("kalender.pdf")));
+        kvScopedService installed(printer);
+
+        m_messageBox.EnqueueAnswer(kvMessageBox::vbNo);
+        calendar.press("Print");
+        QCOMPARE(m_messageBox.CallCount(), 1);
+        QCOMPARE(m_messageBox.LastCall().prompt, QStringLiteral("Kalendar drucken?"));
+        QCOMPARE(m_messageBox.LastCall().buttons, 35);
+        QCOMPARE(m_messageBox.LastCall().title, QString());
+        QCOMPARE(printer.CallCount(), 0);
+
+        m_messageBox.EnqueueAnswer(kvMessageBox::vbCancel);
+        calendar.press("Print");
+        QCOMPARE(printer.CallCount(), 0);
+
+        m_messageBox.EnqueueAnswer(kvMessageBox::vbYes);
+        calendar.press("Print");
+        QCOMPARE(printer.CallCount(), 1);
+        QCOMPARE(printer.Calls().last().DocumentName, QStringLiteral("Kalender November 2026"));
+
+        calendar.chooseMenuItem(8); // "Drucken"
+        QCOMPARE(m_messageBox.CallCount(), 3);
+        QCOMPARE(printer.CallCount(), 2);
+        QVERIFY(QFileInfo(printer.FilePath()).size() > 1000);
+    }
+
+    void printFailureIsReportedAs300()
+    {
+        Calendar calendar;
+        calendar.connection.Execute(QStringLiteral("DROP TABLE Termine"));
+        m_messageBox.Clear();
+        kvPdfPrinterService printer(calendar.folder.filePath(QStringLiteral("kalender.pdf")));
+        kvScopedService installed(printer);
+        calendar.control.PrintCalendar();
+        QCOMPARE(m_messageBox.CallCount(), 1);
+        QVERIFY2(m_messageBox.LastCall().prompt.startsWith(QStringLiteral("kvKalivo-Fehlercode 300\r\n")),
+                 qPrintable(m_messageBox.LastCall().prompt));
+    }
+
+    void nextAndPreviousJumpToAppointments()
+    {
+        Calendar calendar;
+        calendar.add(at(2026, 12, 3, 10), at(2026, 12, 3, 11), QStringLiteral("Weihnachtsmarkt"));
+        calendar.add(at(2026, 10, 30, 8), at(2026, 10, 30, 9), QStringLiteral("Arzt"));
+        calendar.control.setActualDate(QDate(2026, 11, 18));
+        calendar.press("Next");
+        QCOMPARE(calendar.control.ActualDate(), QDate(2026, 12, 3));
+        QCOMPARE(calendar.control.DayCell(1)->datDay().date(), QDate(2026, 11, 30));
+        QCOMPARE(calendar.control.DayCell(4)->EntriesCount(), 1);
+        QVERIFY(calendar.control.DayCell(4)->IsActualDay());
+        calendar.press("Previous");
+        QCOMPARE(calendar.control.ActualDate(), QDate(2026, 10, 30));
+        QCOMPARE(calendar.control.DayCell(5)->Entries(1)->Text(), QStringLiteral("Arzt"));
+        calendar.press("Previous"); // nothing earlier: nothing changes, nothing is reported
+        QCOMPARE(calendar.control.ActualDate(), QDate(2026, 10, 30));
+        QCOMPARE(m_messageBox.CallCount(), 0);
+    }
+};
+
+QTEST_MAIN(tst_kvNavigation)
+#include "tst_kvNavigation.moc"
