@@ -5,12 +5,10 @@
 #include "kvAppointmentTable.h"
 #include "kvConnection.h"
 #include "kvFaultInjection.h"
-#include "kvFixedClock.h"
 #include "kvGridGeometry.h"
+#include "kvControlTestServices.h"
 #include "kvKalivo.h"
 #include "kvRecordset.h"
-#include "kvScopedService.h"
-#include "kvScriptedMessageBox.h"
 #include "kvTestSupport.h"
 
 #include <QLabel>
@@ -77,21 +75,17 @@ class tst_kvGrid : public QObject
     Q_OBJECT
 
 private:
-    kvFixedClock m_clock{kvDate::fromDate(fixedToday, QTime(9, 41))};
-    kvScriptedMessageBox m_messageBox;
-    std::unique_ptr<kvScopedService<kvFixedClock>> m_installedClock;
-    std::unique_ptr<kvScopedService<kvScriptedMessageBox>> m_installedMessageBox;
+    std::unique_ptr<kvControlTestServices> m_services;
 
 private slots:
     void initTestCase()
     {
-        m_installedClock = std::make_unique<kvScopedService<kvFixedClock>>(m_clock);
-        m_installedMessageBox = std::make_unique<kvScopedService<kvScriptedMessageBox>>(m_messageBox);
+        m_services = std::make_unique<kvControlTestServices>(fixedToday);
     }
 
     void cleanup()
     {
-        QCOMPARE(m_messageBox.CallCount(), 0);
+        QCOMPARE(m_services->messageBox().CallCount(), 0);
         kvFaultInjection::Disarm();
     }
 
@@ -336,11 +330,11 @@ private slots:
         Calendar calendar;
         calendar.connection.Execute(QStringLiteral("DROP TABLE Termine"));
         calendar.control.Refresh();
-        QCOMPARE(m_messageBox.CallCount(), 1);
-        QVERIFY2(m_messageBox.LastCall().prompt.startsWith(QStringLiteral("kvKalivo-Fehlercode 12-")),
-                 qPrintable(m_messageBox.LastCall().prompt));
-        QVERIFY(m_messageBox.LastCall().prompt.contains(QStringLiteral("no such table")));
-        m_messageBox.Clear();
+        QCOMPARE(m_services->messageBox().CallCount(), 1);
+        QVERIFY2(m_services->messageBox().LastCall().prompt.startsWith(QStringLiteral("kvKalivo-Fehlercode 12-")),
+                 qPrintable(m_services->messageBox().LastCall().prompt));
+        QVERIFY(m_services->messageBox().LastCall().prompt.contains(QStringLiteral("no such table")));
+        m_services->messageBox().Clear();
     }
 
     void aFailingFillStageReportsElevenHundredPlusStep()
@@ -348,9 +342,9 @@ private slots:
         Calendar calendar;
         kvFaultInjection::Arm(QStringLiteral("FillGrid"), 5, QStringLiteral("Testfehler"));
         calendar.control.Refresh();
-        QCOMPARE(m_messageBox.CallCount(), 1);
-        QCOMPARE(m_messageBox.LastCall().prompt, QStringLiteral("kvKalivo-Fehlercode 1105\r\nTestfehler"));
-        m_messageBox.Clear();
+        QCOMPARE(m_services->messageBox().CallCount(), 1);
+        QCOMPARE(m_services->messageBox().LastCall().prompt, QStringLiteral("kvKalivo-Fehlercode 1105\r\nTestfehler"));
+        m_services->messageBox().Clear();
     }
 
     // --- Screenshots --------------------------------------------------------------------------

@@ -4,11 +4,9 @@
 #include "kvAppointmentTable.h"
 #include "kvConnection.h"
 #include "kvError.h"
-#include "kvFixedClock.h"
+#include "kvControlTestServices.h"
 #include "kvKalivo.h"
 #include "kvMemoryPropertyBag.h"
-#include "kvScopedService.h"
-#include "kvScriptedMessageBox.h"
 #include "kvSettingsPropertyBag.h"
 #include "kvTestSupport.h"
 
@@ -75,21 +73,17 @@ class tst_kvKalivo : public QObject
     Q_OBJECT
 
 private:
-    kvFixedClock m_clock{kvDate::fromDate(fixedToday, QTime(9, 41))};
-    kvScriptedMessageBox m_messageBox;
-    std::unique_ptr<kvScopedService<kvFixedClock>> m_installedClock;
-    std::unique_ptr<kvScopedService<kvScriptedMessageBox>> m_installedMessageBox;
+    std::unique_ptr<kvControlTestServices> m_services;
 
 private slots:
     void initTestCase()
     {
-        m_installedClock = std::make_unique<kvScopedService<kvFixedClock>>(m_clock);
-        m_installedMessageBox = std::make_unique<kvScopedService<kvScriptedMessageBox>>(m_messageBox);
+        m_services = std::make_unique<kvControlTestServices>(fixedToday);
     }
 
     void cleanup()
     {
-        QCOMPARE(m_messageBox.CallCount(), 0); // no test here expects an error report
+        QCOMPARE(m_services->messageBox().CallCount(), 0); // no test here expects an error report
     }
 
     // Edge case: a fresh control shows the week view of today, one weekend column, calendar
@@ -712,9 +706,9 @@ private slots:
             QVERIFY2(!toolbarButton(control, key)->isEnabled(), qPrintable(key));
         QVERIFY(toolbarButton(control, QStringLiteral("Forward"))->isEnabled());
         // Probing a closed connection fails like ADO; the control reports it and stays usable.
-        QCOMPARE(m_messageBox.CallCount(), 1);
-        QVERIFY(m_messageBox.LastCall().prompt.startsWith(QStringLiteral("kvKalivo-Fehlercode ")));
-        m_messageBox.Clear();
+        QCOMPARE(m_services->messageBox().CallCount(), 1);
+        QVERIFY(m_services->messageBox().LastCall().prompt.startsWith(QStringLiteral("kvKalivo-Fehlercode ")));
+        m_services->messageBox().Clear();
     }
 
     void connectionToAMissingTableIsReportedWithTheEnginesMessage()
@@ -725,11 +719,11 @@ private slots:
         kvKalivo control;
         control.setRecordSource(QStringLiteral("Fehlt"));
         control.setConnection(&connection);
-        QCOMPARE(m_messageBox.CallCount(), 1);
-        QVERIFY2(m_messageBox.LastCall().prompt.contains(QStringLiteral("no such table")),
-                 qPrintable(m_messageBox.LastCall().prompt));
+        QCOMPARE(m_services->messageBox().CallCount(), 1);
+        QVERIFY2(m_services->messageBox().LastCall().prompt.contains(QStringLiteral("no such table")),
+                 qPrintable(m_services->messageBox().LastCall().prompt));
         QVERIFY(toolbarButton(control, QStringLiteral("Next"))->isEnabled()); // step 4 came first
-        m_messageBox.Clear();
+        m_services->messageBox().Clear();
     }
 
 private:

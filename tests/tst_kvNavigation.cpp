@@ -3,12 +3,10 @@
 #include "ctlEntry.h"
 #include "kvAppointmentTable.h"
 #include "kvConnection.h"
-#include "kvFixedClock.h"
+#include "kvControlTestServices.h"
 #include "kvKalivo.h"
 #include "kvPdfPrinterService.h"
 #include "kvRecordset.h"
-#include "kvScopedService.h"
-#include "kvScriptedMessageBox.h"
 
 #include <QAction>
 #include <QDateEdit>
@@ -85,21 +83,17 @@ class tst_kvNavigation : public QObject
     Q_OBJECT
 
 private:
-    kvFixedClock m_clock{kvDate::fromDate(fixedToday, QTime(9, 41))};
-    kvScriptedMessageBox m_messageBox;
-    std::unique_ptr<kvScopedService<kvFixedClock>> m_installedClock;
-    std::unique_ptr<kvScopedService<kvScriptedMessageBox>> m_installedMessageBox;
+    std::unique_ptr<kvControlTestServices> m_services;
 
 private slots:
     void initTestCase()
     {
-        m_installedClock = std::make_unique<kvScopedService<kvFixedClock>>(m_clock);
-        m_installedMessageBox = std::make_unique<kvScopedService<kvScriptedMessageBox>>(m_messageBox);
+        m_services = std::make_unique<kvControlTestServices>(fixedToday);
     }
 
     void init()
     {
-        m_messageBox.Clear();
+        m_services->messageBox().Clear();
     }
 
     void contextMenuItems()
@@ -237,25 +231,25 @@ private slots:
         kvPdfPrinterService printer(calendar.folder.filePath(QStringLiteral("kalender.pdf")));
         kvScopedService installed(printer);
 
-        m_messageBox.EnqueueAnswer(kvMessageBox::vbNo);
+        m_services->messageBox().EnqueueAnswer(kvMessageBox::vbNo);
         calendar.press("Print");
-        QCOMPARE(m_messageBox.CallCount(), 1);
-        QCOMPARE(m_messageBox.LastCall().prompt, QStringLiteral("Kalendar drucken?"));
-        QCOMPARE(m_messageBox.LastCall().buttons, 35);
-        QCOMPARE(m_messageBox.LastCall().title, QString());
+        QCOMPARE(m_services->messageBox().CallCount(), 1);
+        QCOMPARE(m_services->messageBox().LastCall().prompt, QStringLiteral("Kalendar drucken?"));
+        QCOMPARE(m_services->messageBox().LastCall().buttons, 35);
+        QCOMPARE(m_services->messageBox().LastCall().title, QString());
         QCOMPARE(printer.CallCount(), 0);
 
-        m_messageBox.EnqueueAnswer(kvMessageBox::vbCancel);
+        m_services->messageBox().EnqueueAnswer(kvMessageBox::vbCancel);
         calendar.press("Print");
         QCOMPARE(printer.CallCount(), 0);
 
-        m_messageBox.EnqueueAnswer(kvMessageBox::vbYes);
+        m_services->messageBox().EnqueueAnswer(kvMessageBox::vbYes);
         calendar.press("Print");
         QCOMPARE(printer.CallCount(), 1);
         QCOMPARE(printer.Calls().last().DocumentName, QStringLiteral("Kalender November 2026"));
 
         calendar.chooseMenuItem(8); // "Drucken"
-        QCOMPARE(m_messageBox.CallCount(), 3);
+        QCOMPARE(m_services->messageBox().CallCount(), 3);
         QCOMPARE(printer.CallCount(), 2);
         QVERIFY(QFileInfo(printer.FilePath()).size() > 1000);
     }
@@ -264,13 +258,13 @@ private slots:
     {
         Calendar calendar;
         calendar.connection.Execute(QStringLiteral("DROP TABLE Termine"));
-        m_messageBox.Clear();
+        m_services->messageBox().Clear();
         kvPdfPrinterService printer(calendar.folder.filePath(QStringLiteral("kalender.pdf")));
         kvScopedService installed(printer);
         calendar.control.PrintCalendar();
-        QCOMPARE(m_messageBox.CallCount(), 1);
-        QVERIFY2(m_messageBox.LastCall().prompt.startsWith(QStringLiteral("kvKalivo-Fehlercode 300\r\n")),
-                 qPrintable(m_messageBox.LastCall().prompt));
+        QCOMPARE(m_services->messageBox().CallCount(), 1);
+        QVERIFY2(m_services->messageBox().LastCall().prompt.startsWith(QStringLiteral("kvKalivo-Fehlercode 300\r\n")),
+                 qPrintable(m_services->messageBox().LastCall().prompt));
     }
 
     void nextAndPreviousJumpToAppointments()
@@ -289,7 +283,7 @@ private slots:
         QCOMPARE(calendar.control.DayCell(5)->Entries(1)->Text(), QStringLiteral("Arzt"));
         calendar.press("Previous"); // nothing earlier: nothing changes, nothing is reported
         QCOMPARE(calendar.control.ActualDate(), QDate(2026, 10, 30));
-        QCOMPARE(m_messageBox.CallCount(), 0);
+        QCOMPARE(m_services->messageBox().CallCount(), 0);
     }
 };
 

@@ -1045,33 +1045,30 @@ void kvKalivo::ApplyRangeCheck(const kvDate &date)
 
 void kvKalivo::GotoNextAppointment()
 {
-    qint16 step = 0;
-    try {
-        step = 1;
-        const kvDate last = LastCellDate();
-        step = 2;
-        const std::optional<kvDate> next = m_store->FindNextAppointment(last);
-        step = 3;
-        if (next)
-            JumpToAppointment(*next, *next > last);
-    } catch (...) {
-        ReportError(kvErrorReporting::StepCode(14, step), kvErrorReporting::DescribeCurrentException());
-    }
+    GotoAppointment(Direction::Next);
 }
 
 void kvKalivo::GotoPreviousAppointment()
 {
+    GotoAppointment(Direction::Previous);
+}
+
+void kvKalivo::GotoAppointment(Direction direction)
+{
+    const bool next = direction == Direction::Next;
     qint16 step = 0;
     try {
         step = 1;
-        const kvDate first = FirstCellDate();
+        const kvDate edge = next ? LastCellDate() : FirstCellDate();
         step = 2;
-        const std::optional<kvDate> previous = m_store->FindPreviousAppointment(first);
+        const std::optional<kvDate> found = next ? m_store->FindNextAppointment(edge)
+                                                 : m_store->FindPreviousAppointment(edge);
         step = 3;
-        if (previous)
-            JumpToAppointment(*previous, *previous < first);
+        if (found)
+            JumpToAppointment(*found, next ? *found > edge : *found < edge);
     } catch (...) {
-        ReportError(kvErrorReporting::StepCode(1500, step), kvErrorReporting::DescribeCurrentException());
+        ReportError(kvErrorReporting::StepCode(next ? 14 : 1500, step),
+                    kvErrorReporting::DescribeCurrentException());
     }
 }
 

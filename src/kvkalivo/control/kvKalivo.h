@@ -244,6 +244,8 @@ private:
     void ApplyRangeCheck(const kvDate &date);
     void GotoNextAppointment();
     void GotoPreviousAppointment();
+    enum class Direction { Next, Previous };
+    void GotoAppointment(Direction direction);
     void JumpToAppointment(const kvDate &date, bool outsideTheView);
     int ToolbarRowHeight() const;
     int HeaderHeight() const;
