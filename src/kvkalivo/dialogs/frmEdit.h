@@ -1,0 +1,206 @@
+#pragma once
+
+#include "kvkalivo_export.h"
+
+#include "kvDate.h"
+
+#include <QDialog>
+#include <QString>
+
+#include <optional>
+
+class QAction;
+class QCheckBox;
+class QComboBox;
+class QDateEdit;
+class QFrame;
+class QLabel;
+class QLineEdit;
+class QMenu;
+class QPushButton;
+class QStatusBar;
+
+/*!
+    \brief Part 5.1: the appointment editor. One instance per thread, created on first use and
+    hidden between uses (OK, Cancel, Delete and the close box all hide it), so that its
+    controls and state, the ever-growing time lists included, persist from one use to the next.
+
+    The edit flow (Part 2.3) resets the picker, calls SetDateValues(), shows the editor through
+    kvPlatform::modalRunner() and reads the result with GetDateValues(). The editor never
+    touches the database. Every named control of the spec is a child with that objectName;
+    the ImageID of the shown icon is the "Tag" property of \c ImgIcon as decimal text.
+*/
+class KVKALIVO_EXPORT frmEdit : public QDialog
+{
+    Q_OBJECT
+
+public:
+    //! VB's QueryUnload reason "the owner form is closing" (vbFormOwner).
+    static constexpr int UnloadModeOwner = 5;
+    //! VB's QueryUnload reason "the close box" (vbFormControlMenu).
+    static constexpr int UnloadModeControlMenu = 0;
+    static constexpr int RemarkWidth = 377;
+    static constexpr int TimeListEntries = 47;
+
+    //! The thread's editor, created hidden on first use.
+    static frmEdit &ThreadInstance();
+    static bool HasThreadInstance();
+    ~frmEdit() override;
+
+    /*!
+        Loads one appointment (\a editAction 1 new, 3 existing). The spec passes ImageID,
+        Document and EditAction by reference but only reads them; here they are values.
+    */
+    void SetDateValues(const kvDate &dateBegin, const kvDate &dateEnd, const QString &name,
+                       const QString &remark, qint16 imageId, const QString &document,
+                       qint16 editAction);
+    /*!
+        Hands back the result after the modal show: \a editAction is the action passed to
+        SetDateValues() on entry and 0 (nothing), 1 (insert), 2 (delete) or 3 (update) on
+        return; the other arguments are written only for 1 and 3. Clears Cancelled.
+    */
+    void GetDateValues(kvDate &dateBegin, kvDate &dateEnd, QString &name, QString &remark,
+                       qint16 &imageId, QString &document, qint16 &editAction);
+
+    /*!
+        VB's QueryUnload: for UnloadModeOwner the picker and the editor are destroyed (later)
+        and false is returned; for any other reason the form is hidden, Cancelled is set and
+        true (unload cancelled) is returned.
+    */
+    bool QueryUnload(int unloadMode);
+
+    //! Part 3.1, FillGrid step 3: icon controls only with an ImageID column.
+    void setIconControlsEnabled(bool enabled);
+    //! Part 3.1, FillGrid step 3: document controls only with a Document column.
+    void setDocumentControlsEnabled(bool enabled);
+
+    bool Cancelled() const { return m_cancelled; }
+    bool DeleteRequested() const { return m_deleteRequested; }
+    qint16 IconListIndex() const { return m_iconListIndex; }
+    //! The begin time last shown, in minutes after midnight.
+    int LastBeginTime() const { return m_lastBeginMinutes; }
+    //! The text the status bar shows: the first panel's in panel style, else the simple text.
+    QString StatusText() const;
+    //! True while the status bar is in panel style (a message is shown).
+    bool StatusPanelStyle() const { return m_panelStyle; }
+
+public Q_SLOTS:
+    void reject() override;
+
+protected:
+    bool event(QEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    frmEdit();
+
+    void CreateControls();
+    void CreateContextMenu();
+    QLabel *CreateLabel(const QString &name, const QString &caption);
+    QComboBox *CreateTimeBox(const QString &name);
+    QPushButton *CreateButton(const QString &name, const QString &caption);
+    void LayoutControls();
+    void ConnectControls();
+
+    // SetDateValues' steps
+    void StoreLoadedValues(const kvDate &dateBegin, const kvDate &dateEnd, const QString &name,
+                           const QString &remark, qint16 imageId, const QString &document,
+                           qint16 editAction);
+    void ShowLoadedValues();
+    void ShowLoadedIcon();
+    void AppendTimeLists();
+
+    // GetDateValues' steps
+    bool DialogDiffersFromLoaded() const;
+    void WriteValues(kvDate &dateBegin, kvDate &dateEnd, QString &name, QString &remark,
+                     qint16 &imageId, QString &document) const;
+
+    // Combining date and time ("d mmm yyyy" & " " & time text)
+    QString DateTimeText(const QDateEdit *picker, const QString &timeText) const;
+    std::optional<kvDate> BeginDateTime() const;
+    std::optional<kvDate> EndDateTime() const;
+    kvDate ParsedDateTime(const QDateEdit *picker, const QString &timeText) const;
+    bool EndBeforeBegin() const;
+    static std::optional<int> MinutesOfDay(const std::optional<kvDate> &dateTime);
+
+    void ShowStatusMessage(const QString &text);
+    void SetTimeBoxesEnabled(bool enabled);
+    void PlacePicker();
+    void ShowIconPicture(const QIcon &picture);
+
+    // Event handlers
+    void cboTimeBegin_Click();
+    bool cboTimeBegin_Validate();
+    void cboTimeEnd_Click();
+    bool cboTimeEnd_Validate();
+    bool ValidateTimeBox(QComboBox *box, const QString &message);
+    void RefuseLeaving(QComboBox *box);
+    void DTPickerBegin_Change();
+    void DTPickerEnd_Change();
+    void chkFullTime_Click();
+    void cmdOK_Click();
+    bool CheckBeforeOk();
+    void CancelButton_Click();
+    void cmdDelete_Click();
+    void cmdDocumentBrowser_Click();
+    void cmdOpenDocument_Click();
+    void ImgIcon_MouseUp(Qt::MouseButton button, const QPoint &position);
+
+    void ChooseIcon();
+    void DeleteIcon();
+    bool OpenDocument(const QString &path);
+
+    //! Runs an event handler; a failure is reported as code 1000 (Part 1.3).
+    template <typename Handler>
+    void Guarded(Handler handler);
+
+    QLabel *m_label1 = nullptr;
+    QLineEdit *m_txtName = nullptr;
+    QLabel *m_label4 = nullptr;
+    QDateEdit *m_dtPickerBegin = nullptr;
+    QComboBox *m_cboTimeBegin = nullptr;
+    QLabel *m_label6 = nullptr;
+    QDateEdit *m_dtPickerEnd = nullptr;
+    QComboBox *m_cboTimeEnd = nullptr;
+    QCheckBox *m_chkFullTime = nullptr;
+    QLabel *m_label2 = nullptr;
+    QLabel *m_label3 = nullptr;
+    QLineEdit *m_txtRemark = nullptr;
+    QLabel *m_lblDocument = nullptr;
+    QLineEdit *m_txtDocument = nullptr;
+    QPushButton *m_cmdDocumentBrowser = nullptr;
+    QPushButton *m_cmdOpenDocument = nullptr;
+    QLabel *m_lblIcon = nullptr;
+    QLabel *m_imgIcon = nullptr;
+    QPushButton *m_cmdEdit = nullptr;
+    QPushButton *m_cmdDeleteIcon = nullptr;
+    QPushButton *m_cmdDelete = nullptr;
+    QPushButton *m_cmdOK = nullptr;
+    QPushButton *m_cancelButton = nullptr;
+    QStatusBar *m_statusBar = nullptr;
+    QLabel *m_statusPanel = nullptr;
+    QFrame *m_statusLine = nullptr;
+    QMenu *m_kontextmenu = nullptr;
+    QAction *m_kontext0 = nullptr;
+    QAction *m_kontext1 = nullptr;
+
+    kvDate m_loadedBegin;
+    kvDate m_loadedEnd;
+    QString m_loadedName;
+    QString m_loadedRemark;
+    QString m_loadedDocument;
+    qint16 m_loadedImageId = 0;
+    bool m_loadedFullDay = false;
+    qint16 m_editAction = 0;
+    qint16 m_iconListIndex = 0;
+    int m_lastBeginMinutes = 0;
+    bool m_deleteRequested = false;
+    bool m_cancelled = false;
+
+    bool m_panelStyle = false;
+    //! Set while the focus is put back into a time box, so that no other box validates.
+    bool m_refocusing = false;
+};
