@@ -3,6 +3,7 @@
 #include "ctlDay.h"
 #include "ctlKW.h"
 #include "ctlToolTip.h"
+#include "frmEdit.h"
 #include "frmPicSelector.h"
 #include "kvCalendarPrinter.h"
 #include "kvAppointmentStore.h"
@@ -14,6 +15,7 @@
 #include "kvFormat.h"
 #include "kvControlArray.h"
 #include "kvInt16.h"
+#include "kvModalRunner.h"
 #include "kvMessageBox.h"
 #include "PublicHolidays.h"
 #include "kvOleColor.h"
@@ -24,6 +26,7 @@
 #include <QAction>
 #include <QActionGroup>
 #include <QApplication>
+#include <QCursor>
 #include <QDateEdit>
 #include <QFontMetrics>
 #include <QIcon>
@@ -71,6 +74,7 @@ kvKalivo::kvKalivo(QWidget *parent)
 kvKalivo::~kvKalivo()
 {
     // Terminate (Part 1.1): hide the tooltip and unload the dynamically created day cells.
+    disconnect(qApp, nullptr, this, nullptr); // no focus notifications while being destroyed
     HideToolTip();
     UnloadDayCells();
 }
@@ -88,6 +92,8 @@ void kvKalivo::Initialize()
     CreateGrid();
     CreateContextMenu();
     m_toolTip = new ctlToolTip(this);
+    m_toolTip->hide();
+    connect(m_toolTip, &ctlToolTip::Click, this, &kvKalivo::HideToolTip);
     CreateStore();
     setView(kvWeek);
     setActualDate(kvPlatform::clock().Today().date());
@@ -187,7 +193,8 @@ void kvKalivo::CreateGrid()
     m_days = std::make_unique<kvControlArray<ctlDay>>(QStringLiteral("ctlDay"), [this](int index) {
         auto *cell = new ctlDay(this);
         cell->setVisible(false); // element 0 is the hidden template; the others are placed first
-        Q_UNUSED(index);
+        if (index > 0)
+            ConnectDayCell(cell, qint16(index));
         return cell;
     });
     m_weekdayCaptions = std::make_unique<kvControlArray<QLabel>>(QStringLiteral("lblWeekDay"), [this](int) {
@@ -239,6 +246,8 @@ void kvKalivo::CreateTimers()
     m_timerTooltip = new QTimer(this);
     m_timerTooltip->setObjectName(QStringLiteral("TimerTooltip"));
     m_timerTooltip->setInterval(1000);
+    connect(m_timerTooltip, &QTimer::timeout, this, &kvKalivo::OnTimerTooltip);
+    connect(m_timerTooltipOff, &QTimer::timeout, this, &kvKalivo::OnTimerTooltipOff);
 }
 
 void kvKalivo::InitProperties()
@@ -357,6 +366,13 @@ void kvKalivo::OnFocusChanged(QWidget *old, QWidget *now)
     const bool hasFocus = now && (now == this || isAncestorOf(now));
     if (hadFocus && !hasFocus)
         HideToolTip();
+    // Part 3.6: a day cell lost or received the focus.
+    const int oldDayIndex = DayIndexOf(old);
+    const int dayIndex = DayIndexOf(now);
+    if (oldDayIndex > 0 && oldDayIndex != dayIndex)
+        HideToolTip();
+    if (dayIndex > 0 && oldDayIndex != dayIndex)
+        OnDayFocus(qint16(dayIndex));
 }
 
 void kvKalivo::changeEvent(QEvent *event)
@@ -611,6 +627,12 @@ void kvKalivo::ShowCalendarWeek()
 
 void kvKalivo::HideToolTip()
 {
+    // Part 3.6: mode off, both timers stopped, tooltip hidden.
+    m_tooltipMode = false;
+    if (m_timerTooltip)
+        m_timerTooltip->stop();
+    if (m_timerTooltipOff)
+        m_timerTooltipOff->stop();
     if (m_toolTip)
         m_toolTip->hide();
 }
@@ -846,6 +868,13 @@ void kvKalivo::FillGridStages(qint16 &step, QString &pendingCode)
     stage(1);
     const kvDate first = FirstGridDate();
     stage(2);
+    if (kvConnection *connection = m_store->Connection();
+        connection && connection->State() != kvConnection::adStateClosed) {
+        stage(3);
+        frmEdit &editor = frmEdit::ThreadInstance();
+        editor.setIconControlsEnabled(m_store->HasImageIdColumn());
+        editor.setDocumentControlsEnabled(m_store->HasDocumentColumn());
+    }
     const bool runMode = m_userMode;
     m_weekColumn->Clear();
     m_weekColumn->setSectionheight(m_geometry.cellHeight());
@@ -985,12 +1014,23 @@ void kvKalivo::OnToolbarButton(const QString &key)
         GotoNextAppointment();
     } else if (key == QLatin1String("Today")) {
         ApplyRangeCheck(kvPlatform::clock().Today());
+    } else if (key == QLatin1String("New")) {
+        EditAppointment(1);
     }
 }
 
 void kvKalivo::OnContextMenuItem(int index)
 {
     switch (index) {
+    case 0:
+        EditAppointment(1);
+        break;
+    case 1:
+        EditAppointment(3);
+        break;
+    case 2:
+        EditAppointment(2);
+        break;
     case 3:
         StepDate(1);
         break;
@@ -1100,5 +1140,330 @@ void kvKalivo::PrintCalendar(const QDate &printDate, kvView printView)
         kvCalendarPrinter(job).Print(this);
     } catch (...) {
         ReportError(300, kvErrorReporting::DescribeCurrentException());
+    }
+}
+
+// --- Edit flow (Part 2.3) ---------------------------------------------------------------------
+
+struct kvKalivo::EditValues
+{
+    qint32 DateID = 0;
+    kvDate DateBegin;
+    kvDate DateEnd;
+    QString Name;
+    QString Remark;
+    QString Document;
+    qint16 ImageID = 0;
+};
+
+void kvKalivo::EditAppointment(qint16 action)
+{
+    qint16 step = 0;
+    try {
+        EditAppointmentSteps(action, step);
+    } catch (...) {
+        ReportError(kvErrorReporting::StepCode(13, step), kvErrorReporting::DescribeCurrentException());
+    }
+}
+
+void kvKalivo::EditAppointmentSteps(qint16 action, qint16 &step)
+{
+    step = 1;
+    EditValues values;
+    if (action == 1) {
+        values.DateBegin = m_actualDate;
+        values.DateEnd = m_actualDate;
+    } else {
+        const ctlDay *cell = DayCell(m_selectedDayIndex);
+        const ctlEntry *entry = cell->Entries(cell->ActiveEntryIndex());
+        values.DateID = entry->DateID();
+        values.DateBegin = entry->datDateBegin();
+        values.DateEnd = entry->datDateEnd();
+        values.Name = entry->Text();
+        values.Remark = entry->Remark();
+        values.Document = entry->Document();
+        values.ImageID = entry->ImgId();
+    }
+    bool bCancel = false;
+
+    if (action == 2) {
+        step = 2;
+        if (m_raiseDatabaseEvents)
+            RaiseDatabaseEvent(2, values, bCancel);
+        else
+            m_store->DeleteAppointment(values.DateID, values.DateBegin, values.DateEnd, values.Name,
+                                       values.Remark, values.Document, bCancel);
+        if (!bCancel)
+            Reload();
+        return;
+    }
+
+    if (m_raiseEditEvent) {
+        step = 3;
+        QDateTime begin = values.DateBegin.toDateTime();
+        QDateTime end = values.DateEnd.toDateTime();
+        qint16 editAction = action;
+        Q_EMIT Edit(values.DateID, begin, end, values.Name, values.Remark, values.ImageID,
+                    values.Document, editAction, bCancel);
+        if (!bCancel)
+            Reload();
+        return;
+    }
+
+    step = 4;
+    frmPicSelector::ThreadInstance().Reset();
+    step = 5;
+    frmEdit &editor = frmEdit::ThreadInstance();
+    editor.SetDateValues(values.DateBegin, values.DateEnd, values.Name, values.Remark,
+                         values.ImageID, values.Document, action);
+    step = 6;
+    kvPlatform::modalRunner().Exec(editor);
+    qint16 editAction = action;
+    editor.GetDateValues(values.DateBegin, values.DateEnd, values.Name, values.Remark,
+                         values.ImageID, values.Document, editAction);
+
+    step = 7;
+    switch (editAction) {
+    case 1:
+        if (m_raiseDatabaseEvents)
+            RaiseDatabaseEvent(1, values, bCancel);
+        else
+            m_store->InsertAppointment(values.DateBegin, values.DateEnd, values.Name, values.Remark,
+                                       values.Document, values.ImageID);
+        break;
+    case 2:
+        if (m_raiseDatabaseEvents)
+            RaiseDatabaseEvent(2, values, bCancel);
+        else
+            m_store->DeleteAppointment(values.DateID, values.DateBegin, values.DateEnd, values.Name,
+                                       values.Remark, values.Document, bCancel);
+        break;
+    case 3:
+        if (m_raiseDatabaseEvents)
+            RaiseDatabaseEvent(3, values, bCancel);
+        else
+            m_store->UpdateAppointment(values.DateID, values.DateBegin, values.DateEnd, values.Name,
+                                       values.Remark, values.Document, values.ImageID);
+        break;
+    default:
+        return; // the editor was closed without saving
+    }
+    if (!bCancel)
+        Reload();
+}
+
+void kvKalivo::RaiseDatabaseEvent(qint16 action, EditValues &values, bool &bCancel)
+{
+    QDateTime begin = values.DateBegin.toDateTime();
+    QDateTime end = values.DateEnd.toDateTime();
+    switch (action) {
+    case 1:
+        Q_EMIT DateNew(begin, end, values.Name, values.Remark, values.Document, values.ImageID, bCancel);
+        break;
+    case 2:
+        Q_EMIT DateDelete(values.DateID, begin, end, values.Name, values.Remark, values.Document, bCancel);
+        break;
+    case 3:
+        Q_EMIT DateChange(values.DateID, begin, end, values.Name, values.Remark, values.Document,
+                          values.ImageID, bCancel);
+        break;
+    default:
+        return;
+    }
+    values.DateBegin = kvDate::fromDateTime(begin);
+    values.DateEnd = kvDate::fromDateTime(end);
+}
+
+// --- Cell interaction (Part 3.6) --------------------------------------------------------------
+
+void kvKalivo::ConnectDayCell(ctlDay *cell, qint16 dayIndex)
+{
+    // Clicking a cell gives it the focus, which makes its day the current one.
+    cell->setFocusPolicy(Qt::ClickFocus);
+    connect(cell, &ctlDay::DayMouseUp, this, [this, dayIndex](qint16 button, qint16, float, float) {
+        OnDayMouseUp(dayIndex, button);
+    });
+    connect(cell, &ctlDay::EntryMouseUp, this,
+            [this, dayIndex](qint16 entryIndex, qint16 button, qint16, float, float) {
+                OnEntryMouseUp(dayIndex, entryIndex, button);
+            });
+    connect(cell, &ctlDay::EntryDblClick, this,
+            [this, dayIndex](qint16 entryIndex) { OnEntryDblClick(dayIndex, entryIndex); });
+    connect(cell, &ctlDay::EntryMouseMove, this,
+            [this, dayIndex](qint16 entryIndex, qint32 x, qint32 y, qint32 left, qint32 top,
+                             qint32 width, qint32 height) {
+                OnEntryMouseMove(dayIndex, entryIndex, x, y, left, top, width, height);
+            });
+    connect(cell, &ctlDay::EntryMouseDown, this, &kvKalivo::HideToolTip);
+    connect(cell, &ctlDay::DayDblClick, this, [this, dayIndex] { OnDayDblClick(dayIndex); });
+}
+
+int kvKalivo::DayIndexOf(const QWidget *widget) const
+{
+    if (!m_days)
+        return 0;
+    while (widget && widget != this) {
+        if (widget->parentWidget() == this) {
+            for (int index = 1; index <= DayCellCount(); ++index) {
+                if ((*m_days)(index) == widget)
+                    return index;
+            }
+            return 0;
+        }
+        widget = widget->parentWidget();
+    }
+    return 0;
+}
+
+void kvKalivo::OnDayFocus(qint16 dayIndex)
+{
+    m_actualDate = DayCell(dayIndex)->datDay();
+    MarkActualDay();
+    ShowCalendarWeek();
+}
+
+void kvKalivo::OnDayMouseUp(qint16 dayIndex, qint16 button)
+{
+    if (button != 2)
+        return;
+    m_actualDate = DayCell(dayIndex)->datDay();
+    m_selectedDayIndex = dayIndex;
+    MarkActualDay();
+    PopupContextMenu(false);
+}
+
+void kvKalivo::OnEntryMouseUp(qint16 dayIndex, qint16 entryIndex, qint16 button)
+{
+    if (button != 2) {
+        HideToolTip();
+        return;
+    }
+    m_actualDate = DayCell(dayIndex)->datDay();
+    m_selectedEntryIndex = entryIndex;
+    m_selectedDayIndex = dayIndex;
+    MarkActualDay();
+    PopupContextMenu(true);
+}
+
+void kvKalivo::PopupContextMenu(bool onRow)
+{
+    m_contextItems.at(1)->setEnabled(onRow);
+    m_contextItems.at(2)->setEnabled(onRow);
+    m_contextItems.at(6)->setEnabled(!onRow);
+    m_contextMenu->popup(QCursor::pos());
+}
+
+void kvKalivo::OnEntryDblClick(qint16 dayIndex, qint16 entryIndex)
+{
+    m_actualDate = DayCell(dayIndex)->datDay();
+    m_selectedEntryIndex = entryIndex;
+    m_selectedDayIndex = dayIndex;
+    EditAppointment(3);
+}
+
+void kvKalivo::OnDayDblClick(qint16 dayIndex)
+{
+    m_selectedEntryIndex = -1;
+    m_selectedDayIndex = dayIndex;
+    EditAppointment(1);
+}
+
+void kvKalivo::OnEntryMouseMove(qint16 dayIndex, qint16 entryIndex, qint32 x, qint32 y,
+                                qint32 entryLeft, qint32 entryTop, qint32 entryWidth,
+                                qint32 entryHeight)
+{
+    m_selectedDayIndex = dayIndex;
+    m_selectedEntryIndex = entryIndex;
+    ctlDay *cell = DayCell(dayIndex);
+    const qint32 mx = x + cell->x();
+    const qint32 my = y + cell->y();
+    const qint32 ex = entryLeft + cell->x();
+    const qint32 ey = entryTop + cell->y();
+    const bool inside = mx >= ex && my >= ey && mx <= ex + entryWidth && my <= ey + entryHeight;
+    if (inside) {
+        m_timerTooltipOff->stop();
+        if (m_capturedEntryIndex != entryIndex || m_capturedDayIndex != dayIndex) {
+            ReleaseRowCapture(); // a window capture moves; here each cell holds its own
+            cell->SetCapture(entryIndex);
+            m_capturedEntryIndex = entryIndex;
+            m_capturedDayIndex = dayIndex;
+        }
+        m_tooltipAnchorX = ex;
+        m_tooltipAnchorY = ey;
+        m_tooltipDay = cell->datDay();
+        if (m_tooltipMode)
+            ShowToolTip();
+        else
+            m_timerTooltip->start();
+    } else {
+        m_capturedEntryIndex = -1;
+        m_capturedDayIndex = -1;
+        m_timerTooltip->stop();
+        m_timerTooltipOff->start();
+        m_toolTip->hide();
+        ReleaseRowCapture();
+    }
+}
+
+void kvKalivo::ReleaseRowCapture()
+{
+    for (int index = 1; index <= DayCellCount(); ++index)
+        (*m_days)(index)->ReleaseCapture();
+}
+
+void kvKalivo::OnTimerTooltip()
+{
+    m_timerTooltip->stop();
+    m_tooltipMode = true;
+    try {
+        ShowToolTip();
+    } catch (...) {
+        // The row went away with a refresh: no tooltip (the spec names no code for it).
+    }
+}
+
+void kvKalivo::OnTimerTooltipOff()
+{
+    m_timerTooltipOff->stop();
+    m_tooltipMode = false;
+}
+
+void kvKalivo::ShowToolTip()
+{
+    if (m_selectedDayIndex < 1 || m_selectedDayIndex > DayCellCount())
+        return;
+    ctlDay *cell = DayCell(m_selectedDayIndex);
+    if (cell->datDay() != m_tooltipDay)
+        return;
+    const ctlEntry *row = cell->Entries(m_selectedEntryIndex);
+    m_timerTooltipOff->stop();
+    if (m_toolTip->isVisible())
+        return;
+    if (m_tooltipRowHandle == row->hWnd()) {
+        HideToolTip();
+        m_tooltipRowHandle = 0; // reset: the next rest on this row shows it again
+        return;
+    }
+    m_tooltipRowHandle = row->hWnd();
+    const int firstCellWidth = DayCell(1)->width();
+    m_toolTip->setMinWidth(qint16(firstCellWidth));
+    m_toolTip->setTime(row->Time());
+    m_toolTip->setText(row->Text());
+    m_toolTip->setRemark(row->Remark());
+    m_toolTip->setDateID(row->DateID());
+    if (cell->IsActualDay()) {
+        m_toolTip->move(m_tooltipAnchorX, m_tooltipAnchorY);
+        m_toolTip->setNormalWidth(qint16(firstCellWidth - 2));
+    } else {
+        m_toolTip->move(m_tooltipAnchorX - 1, m_tooltipAnchorY - 1);
+        m_toolTip->setNormalWidth(qint16(firstCellWidth));
+    }
+    cell->SetCapture(m_selectedEntryIndex);
+    m_toolTip->raise();
+    m_toolTip->Resize();
+    m_toolTip->show();
+    if (m_toolTip->x() + m_toolTip->width() > width()) {
+        m_toolTip->Resize();
+        m_toolTip->move(width() - m_toolTip->width(), m_toolTip->y());
     }
 }

@@ -7,6 +7,7 @@
 #include "kvGridGeometry.h"
 
 #include <QDate>
+#include <QDateTime>
 #include <QWidget>
 
 #include <memory>
@@ -175,6 +176,20 @@ public:
     //! Re-layout, whatever AutoRefresh says (grid arrangement, then the current-day marking).
     Q_INVOKABLE void Refresh();
 
+    /*!
+        Part 2.3: the edit flow. \a action 1 new appointment on ActualDate, 2 delete and 3 change
+        the active row of the selected day cell. Host events (RaiseEditEvent,
+        RaiseDatabaseEvents) replace the editor or the writes; the view is reloaded unless a
+        writer or the host cancelled. Failures are reported as 13 + step (Part 1.3).
+    */
+    void EditAppointment(qint16 action);
+
+    //! Part 3.6 state: the cell (DayIndex) and row last selected by a mouse action (-1 none).
+    qint16 SelectedDayIndex() const { return m_selectedDayIndex; }
+    qint16 SelectedEntryIndex() const { return m_selectedEntryIndex; }
+    //! Part 3.6: True while tooltips show without delay.
+    bool TooltipMode() const { return m_tooltipMode; }
+
     //! Prints the week or month around \a printDate (default ActualDate) in \a printView (default View).
     Q_INVOKABLE void PrintCalendar();
     void PrintCalendar(const QDate &printDate, kvView printView);
@@ -189,6 +204,18 @@ public:
 Q_SIGNALS:
     //! Part 1.3: a routine of the control failed while RaiseErrorEvent is True.
     void Error(kvError &Err);
+
+    // Part 2.3: the host events. Every argument is by reference; the host may change them and
+    // the control goes on with the changed values. Argument orders as in the spec (Edit has
+    // the ImageID before the Document, the others after it).
+    void DateNew(QDateTime &datDateBegin, QDateTime &datDateEnd, QString &sName, QString &sRemark,
+                 QString &sDocument, qint16 &iImgId, bool &bCancel);
+    void DateChange(qint32 &lDateID, QDateTime &datDateBegin, QDateTime &datDateEnd, QString &sName,
+                    QString &sRemark, QString &sDocument, qint16 &iImgId, bool &bCancel);
+    void DateDelete(qint32 &lDateID, QDateTime &datDateBegin, QDateTime &datDateEnd, QString &sName,
+                    QString &sRemark, QString &sDocument, bool &bCancel);
+    void Edit(qint32 &lDateID, QDateTime &datDateBegin, QDateTime &datDateEnd, QString &sName,
+              QString &sRemark, qint16 &iImgId, QString &sDocument, qint16 &iAction, bool &bCancel);
     /*!
         The container notification: a persisted property changed. Carries the property's
         name, except for WeekendColumns, BorderStyle and AutoRefresh, which pass their
@@ -261,6 +288,27 @@ private:
     void OnFocusChanged(QWidget *old, QWidget *now);
     void HideToolTip();
 
+    // Part 2.3
+    struct EditValues;
+    void EditAppointmentSteps(qint16 action, qint16 &step);
+    void RaiseDatabaseEvent(qint16 action, EditValues &values, bool &bCancel);
+
+    // Part 3.6
+    void ConnectDayCell(ctlDay *cell, qint16 dayIndex);
+    int DayIndexOf(const QWidget *widget) const;
+    void OnDayFocus(qint16 dayIndex);
+    void OnDayMouseUp(qint16 dayIndex, qint16 button);
+    void OnEntryMouseUp(qint16 dayIndex, qint16 entryIndex, qint16 button);
+    void OnEntryDblClick(qint16 dayIndex, qint16 entryIndex);
+    void OnDayDblClick(qint16 dayIndex);
+    void OnEntryMouseMove(qint16 dayIndex, qint16 entryIndex, qint32 x, qint32 y, qint32 entryLeft,
+                          qint32 entryTop, qint32 entryWidth, qint32 entryHeight);
+    void PopupContextMenu(bool onRow);
+    void OnTimerTooltip();
+    void OnTimerTooltipOff();
+    void ShowToolTip();
+    void ReleaseRowCapture();
+
     void SetCellColour(uint &field, uint color, const QString &propertyName);
     void Notify(const QString &propertyName);
     void EnableDatabaseButtons(int connectionState);
@@ -309,4 +357,15 @@ private:
     ctlKW *m_weekColumn = nullptr;
     QMenu *m_contextMenu = nullptr;
     QList<QAction *> m_contextItems;
+
+    // Part 3.6
+    qint16 m_selectedDayIndex = 0;
+    qint16 m_selectedEntryIndex = -1;
+    bool m_tooltipMode = false;
+    kvDate m_tooltipDay;
+    qint32 m_tooltipAnchorX = 0;
+    qint32 m_tooltipAnchorY = 0;
+    qint16 m_capturedEntryIndex = -1;
+    qint16 m_capturedDayIndex = -1;
+    quintptr m_tooltipRowHandle = 0;
 };

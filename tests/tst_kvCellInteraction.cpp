@@ -1,0 +1,290 @@
+// Part 3.6: the main control's handling of its day cells' events, the context menu and the
+// delayed tooltip.
+#include "ctlDay.h"
+#include "ctlEntry.h"
+#include "ctlToolTip.h"
+#include "kvAppointmentTable.h"
+#include "kvConnection.h"
+#include "kvControlTestServices.h"
+#include "kvKalivo.h"
+#include "kvRecordset.h"
+#include "kvTestSupport.h"
+
+#include <QAction>
+#include <QLabel>
+#include <QMenu>
+#include <QStatusBar>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <QtTest>
+
+namespace {
+
+const QDate fixedToday(2026, 11, 22); // Sunday; the week shows 16 .. 22 November
+
+kvDate at(int day, int hour = 0, int minute = 0)
+{
+    return kvDate::fromDate(QDate(2026, 11, day), QTime(hour, minute));
+}
+
+struct Calendar
+{
+    Calendar()
+    {
+        connection.Open(QStringLiteral("Driver=SQLite3;Database=%1").arg(folder.filePath(QStringLiteral("t.db"))));
+        kvAppointmentTable::Create(connection, QStringLiteral("Termine"));
+        control.setParameterizedSql(true);
+        control.setRecordSource(QStringLiteral("Termine"));
+        control.setConnection(&connection);
+        add(at(18, 10), at(18, 11), QStringLiteral("Zahnarzt"), QStringLiteral("Dr. Weiß, Praxis am Markt"));
+        add(at(18, 12), at(18, 13), QStringLiteral("Mittagessen"), QString());
+        add(at(22, 15), at(22, 16), QStringLiteral("Kaffee mit der ganzen Familie und den Nachbarn"),
+            QStringLiteral("Kuchen mitbringen"));
+        control.resize(1000, 600);
+        control.show();
+        control.Refresh();
+    }
+    void add(const kvDate &begin, const kvDate &end, const QString &name, const QString &remark)
+    {
+        kvRecordset recordset;
+        recordset.Open(QStringLiteral("Termine"), &connection, 1, 2, 2);
+        recordset.AddNew();
+        recordset.setValue(QStringLiteral("DateBegin"), QVariant::fromValue(begin.toDateTime()));
+        recordset.setValue(QStringLiteral("DateEnd"), QVariant::fromValue(end.toDateTime()));
+        recordset.setValue(QStringLiteral("Name"), name);
+        recordset.setValue(QStringLiteral("Remark"), remark);
+        recordset.Update();
+        recordset.Close();
+    }
+    ctlDay *cell(int day) { return control.DayCell(day - 15); }
+    QPoint rowPoint(int day, int row)
+    {
+        const ctlEntry *entry = cell(day)->Entries(qint16(row));
+        return QPoint(entry->Left() + entry->Width() / 2, entry->Top() + entry->Height() / 2);
+    }
+    //! The cell's EntryMouseMove for a point \a dx, \a dy from the row's top-left corner.
+    void move(int day, int row, int dx, int dy)
+    {
+        const ctlEntry *entry = cell(day)->Entries(qint16(row));
+        Q_EMIT cell(day)->EntryMouseMove(qint16(row), entry->Left() + dx, entry->Top() + dy,
+                                         entry->Left(), entry->Top(), entry->Width(), entry->Height());
+    }
+    QAction *item(int index) { return control.findChild<QAction *>(QStringLiteral("KontextDay%1").arg(index)); }
+    QMenu *menu() { return control.findChild<QMenu *>(QStringLiteral("Kontextmenü")); }
+    ctlToolTip *toolTip() { return control.findChild<ctlToolTip *>(); }
+    QTimer *timer(const char *name) { return control.findChild<QTimer *>(QString::fromLatin1(name)); }
+
+    QTemporaryDir folder;
+    kvConnection connection;
+    kvKalivo control;
+};
+
+} // namespace
+
+class tst_kvCellInteraction : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void rightClickOnDayDisablesRowItems();
+    void rightClickOnRowEnablesRowItems();
+    void focusMakesTheCellsDayCurrent();
+    void timersAreIdleAtStart();
+    void tooltipAfterRestThenImmediateThenIdle();
+    void tooltipOnActualDayIsNotShifted();
+    void tooltipPushedBackAtRightEdge();
+    void pendingTooltipAfterRefreshShowsNothing();
+    void clickOnTooltipOrRowHidesIt();
+    void screenshotTooltipOverRow();
+};
+
+void tst_kvCellInteraction::rightClickOnDayDisablesRowItems()
+{
+    kvControlTestServices services(fixedToday);
+    Calendar calendar;
+    ctlDay *day = calendar.cell(17);
+    QTest::mouseClick(day, Qt::RightButton, Qt::NoModifier, QPoint(day->width() / 2, day->height() - 10));
+    QCOMPARE(calendar.control.ActualDate(), QDate(2026, 11, 17));
+    QCOMPARE(calendar.control.SelectedDayIndex(), qint16(2));
+    QVERIFY(day->IsActualDay());
+    QVERIFY(!calendar.item(1)->isEnabled());
+    QVERIFY(!calendar.item(2)->isEnabled());
+    QVERIFY(calendar.item(6)->isEnabled());
+    QVERIFY(calendar.item(0)->isEnabled());
+    QTRY_VERIFY(calendar.menu()->isVisible());
+    calendar.menu()->hide();
+    // Other buttons do nothing.
+    QTest::mouseClick(calendar.cell(19), Qt::LeftButton, Qt::NoModifier, QPoint(20, calendar.cell(19)->height() - 10));
+    QCOMPARE(calendar.control.SelectedDayIndex(), qint16(2));
+    QVERIFY(!calendar.menu()->isVisible());
+}
+
+void tst_kvCellInteraction::rightClickOnRowEnablesRowItems()
+{
+    kvControlTestServices services(fixedToday);
+    Calendar calendar;
+    QTest::mouseClick(calendar.cell(18), Qt::RightButton, Qt::NoModifier, calendar.rowPoint(18, 2));
+    QCOMPARE(calendar.control.ActualDate(), QDate(2026, 11, 18));
+    QCOMPARE(calendar.control.SelectedDayIndex(), qint16(3));
+    QCOMPARE(calendar.control.SelectedEntryIndex(), qint16(2));
+    QVERIFY(calendar.cell(18)->IsActualDay());
+    QVERIFY(calendar.item(1)->isEnabled());
+    QVERIFY(calendar.item(2)->isEnabled());
+    QVERIFY(!calendar.item(6)->isEnabled());
+    QTRY_VERIFY(calendar.menu()->isVisible());
+    calendar.menu()->hide();
+    // And back: a day right-click never leaves "Bearbeiten..." enabled.
+    QTest::mouseClick(calendar.cell(18), Qt::RightButton, Qt::NoModifier,
+                      QPoint(20, calendar.cell(18)->height() - 10));
+    QVERIFY(!calendar.item(1)->isEnabled());
+    QVERIFY(calendar.item(6)->isEnabled());
+    calendar.menu()->hide();
+}
+
+void tst_kvCellInteraction::focusMakesTheCellsDayCurrent()
+{
+    kvControlTestServices services(fixedToday);
+    Calendar calendar;
+    calendar.control.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&calendar.control));
+    calendar.cell(16)->setFocus();
+    QTRY_COMPARE(calendar.control.ActualDate(), QDate(2026, 11, 16));
+    QVERIFY(calendar.cell(16)->IsActualDay());
+    QVERIFY(!calendar.cell(22)->IsActualDay());
+    const QLabel *panel = calendar.control.findChild<QStatusBar *>(QStringLiteral("StatusBar"))->findChild<QLabel *>();
+    QCOMPARE(panel->text(), QStringLiteral("47. KW"));
+}
+
+void tst_kvCellInteraction::timersAreIdleAtStart()
+{
+    kvControlTestServices services(fixedToday);
+    Calendar calendar;
+    QCOMPARE(calendar.timer("TimerTooltip")->interval(), 1000);
+    QCOMPARE(calendar.timer("TimerTooltipOFF")->interval(), 800);
+    QVERIFY(!calendar.timer("TimerTooltip")->isActive());
+    QVERIFY(!calendar.timer("TimerTooltipOFF")->isActive());
+    QVERIFY(!calendar.toolTip()->isVisible());
+}
+
+void tst_kvCellInteraction::tooltipAfterRestThenImmediateThenIdle()
+{
+    kvControlTestServices services(fixedToday);
+    Calendar calendar;
+    ctlToolTip *tip = calendar.toolTip();
+    calendar.move(18, 1, 5, 5);
+    QVERIFY(calendar.timer("TimerTooltip")->isActive()); // armed
+    QVERIFY(!tip->isVisible());
+    QVERIFY(!calendar.control.TooltipMode());
+    QTest::qWait(500);
+    QVERIFY(!tip->isVisible());
+    QTRY_VERIFY_WITH_TIMEOUT(tip->isVisible(), 1500);
+    QVERIFY(calendar.control.TooltipMode());
+    QVERIFY(!calendar.timer("TimerTooltip")->isActive());
+    const ctlEntry *row = calendar.cell(18)->Entries(1);
+    QCOMPARE(tip->Text(), QStringLiteral("Zahnarzt"));
+    QCOMPARE(tip->Remark(), QStringLiteral("Dr. Weiß, Praxis am Markt"));
+    QCOMPARE(tip->Time(), row->Time());
+    QCOMPARE(tip->DateID(), 1);
+    // Not the actual day (22 is): shifted by one unit up and left.
+    QCOMPARE(tip->pos(), QPoint(calendar.cell(18)->x() + row->Left() - 1, calendar.cell(18)->y() + row->Top() - 1));
+
+    // Leaving the row (the captured row keeps getting the moves): hidden, mode still on.
+    calendar.move(18, 1, 5, row->Height() + 3);
+    QVERIFY(!tip->isVisible());
+    QVERIFY(calendar.control.TooltipMode());
+    QVERIFY(calendar.timer("TimerTooltipOFF")->isActive());
+
+    // Another row within 800 ms: shown at once.
+    calendar.move(18, 2, 5, 5);
+    QVERIFY(tip->isVisible());
+    QCOMPARE(tip->Text(), QStringLiteral("Mittagessen"));
+    QVERIFY(!calendar.timer("TimerTooltipOFF")->isActive());
+
+    // The bounds are inclusive: the bottom-right corner is still inside.
+    const ctlEntry *second = calendar.cell(18)->Entries(2);
+    calendar.move(18, 2, second->Width(), second->Height());
+    QVERIFY(tip->isVisible());
+
+    // Off all rows for 800 ms: idle again.
+    calendar.move(18, 2, second->Width() + 1, 5);
+    QVERIFY(!tip->isVisible());
+    QTRY_VERIFY_WITH_TIMEOUT(!calendar.control.TooltipMode(), 1500);
+    calendar.move(18, 1, 5, 5);
+    QVERIFY(!tip->isVisible());
+    QVERIFY(calendar.timer("TimerTooltip")->isActive());
+}
+
+void tst_kvCellInteraction::tooltipOnActualDayIsNotShifted()
+{
+    kvControlTestServices services(fixedToday);
+    Calendar calendar;
+    calendar.control.resize(1400, 600); // the tooltip fits without the push-back
+    QVERIFY(calendar.cell(22)->IsActualDay());
+    calendar.control.setActualDate(QDate(2026, 11, 18));
+    QVERIFY(calendar.cell(18)->IsActualDay());
+    calendar.move(18, 1, 5, 5);
+    QTRY_VERIFY_WITH_TIMEOUT(calendar.toolTip()->isVisible(), 1500);
+    const ctlEntry *row = calendar.cell(18)->Entries(1);
+    QCOMPARE(calendar.toolTip()->pos(), QPoint(calendar.cell(18)->x() + row->Left(), calendar.cell(18)->y() + row->Top()));
+    QCOMPARE(calendar.toolTip()->NormalWidth(), qint16(calendar.control.DayCell(1)->width() - 2));
+    QCOMPARE(calendar.toolTip()->MinWidth(), qint16(calendar.control.DayCell(1)->width()));
+}
+
+void tst_kvCellInteraction::tooltipPushedBackAtRightEdge()
+{
+    kvControlTestServices services(fixedToday);
+    Calendar calendar;
+    calendar.move(22, 1, 5, 5);
+    QTRY_VERIFY_WITH_TIMEOUT(calendar.toolTip()->isVisible(), 1500);
+    ctlToolTip *tip = calendar.toolTip();
+    QCOMPARE(tip->x() + tip->width(), calendar.control.width());
+    QCOMPARE(tip->Text(), QStringLiteral("Kaffee mit der ganzen Familie und den Nachbarn"));
+}
+
+void tst_kvCellInteraction::pendingTooltipAfterRefreshShowsNothing()
+{
+    kvControlTestServices services(fixedToday);
+    Calendar calendar;
+    calendar.move(18, 1, 5, 5);
+    QVERIFY(calendar.timer("TimerTooltip")->isActive());
+    calendar.control.setActualDate(QDate(2026, 11, 25)); // the next week: cell 3 shows the 25th
+    QTest::qWait(1200);
+    QVERIFY(!calendar.toolTip()->isVisible());
+}
+
+void tst_kvCellInteraction::clickOnTooltipOrRowHidesIt()
+{
+    kvControlTestServices services(fixedToday);
+    Calendar calendar;
+    calendar.move(18, 1, 5, 5);
+    QTRY_VERIFY_WITH_TIMEOUT(calendar.toolTip()->isVisible(), 1500);
+    QTest::mouseClick(calendar.toolTip(), Qt::LeftButton, Qt::NoModifier, QPoint(5, 5));
+    QVERIFY(!calendar.toolTip()->isVisible());
+    QVERIFY(!calendar.control.TooltipMode()); // straight to idle
+
+    calendar.move(18, 2, 5, 5);
+    QTRY_VERIFY_WITH_TIMEOUT(calendar.toolTip()->isVisible(), 1500);
+    Q_EMIT calendar.cell(18)->EntryMouseDown(2, 0, 0, 0, 0, 0, 0);
+    QVERIFY(!calendar.toolTip()->isVisible());
+    QVERIFY(!calendar.control.TooltipMode());
+
+    calendar.move(18, 1, 5, 5);
+    QTRY_VERIFY_WITH_TIMEOUT(calendar.toolTip()->isVisible(), 1500);
+    Q_EMIT calendar.cell(18)->EntryMouseUp(1, 1, 0, 5, 5); // a left mouse-up
+    QVERIFY(!calendar.toolTip()->isVisible());
+    QVERIFY(!calendar.timer("TimerTooltip")->isActive());
+}
+
+void tst_kvCellInteraction::screenshotTooltipOverRow()
+{
+    kvControlTestServices services(fixedToday);
+    Calendar calendar;
+    QVERIFY(QTest::qWaitForWindowExposed(&calendar.control));
+    calendar.move(18, 1, 5, 5);
+    QTRY_VERIFY_WITH_TIMEOUT(calendar.toolTip()->isVisible(), 1500);
+    const QString path = galleryFolder() + QStringLiteral("/kvKalivo-tooltip-over-row.png");
+    QVERIFY(calendar.control.grab().save(path));
+}
+
+QTEST_MAIN(tst_kvCellInteraction)
+#include "tst_kvCellInteraction.moc"

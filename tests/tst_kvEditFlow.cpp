@@ -1,0 +1,543 @@
+// Part 2.3: the edit flow (EditAppointment) with its host events, end to end on SQLite.
+#include "ctlDay.h"
+#include "ctlEntry.h"
+#include "frmEdit.h"
+#include "kvAppointmentTable.h"
+#include "kvConnection.h"
+#include "kvControlTestServices.h"
+#include "kvFields.h"
+#include "kvKalivo.h"
+#include "kvMessageBox.h"
+#include "kvRecordset.h"
+#include "kvScriptedModalRunner.h"
+
+#include <QAction>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QToolBar>
+#include <QtTest>
+
+namespace {
+
+const QDate fixedToday(2026, 11, 22); // a Sunday: the week view shows 16 .. 22 November
+
+kvDate at(int day, int hour = 0, int minute = 0)
+{
+    return kvDate::fromDate(QDate(2026, 11, day), QTime(hour, minute));
+}
+
+struct Calendar
+{
+    Calendar()
+    {
+        connection.Open(QStringLiteral("Driver=SQLite3;Database=%1").arg(folder.filePath(QStringLiteral("t.db"))));
+        kvAppointmentTable::Create(connection, QStringLiteral("Termine"));
+        control.setParameterizedSql(true);
+        control.setRecordSource(QStringLiteral("Termine"));
+        control.setConnection(&connection);
+        control.resize(1000, 700);
+        control.show();
+        QObject::connect(&connection, &kvConnection::StatementExecuted,
+                         [this](const QString &sql) { statements << sql; });
+    }
+    void add(const kvDate &begin, const kvDate &end, const QString &name)
+    {
+        kvRecordset recordset;
+        recordset.Open(QStringLiteral("Termine"), &connection, 1, 2, 2);
+        recordset.AddNew();
+        recordset.setValue(QStringLiteral("DateBegin"), QVariant::fromValue(begin.toDateTime()));
+        recordset.setValue(QStringLiteral("DateEnd"), QVariant::fromValue(end.toDateTime()));
+        recordset.setValue(QStringLiteral("Name"), name);
+        recordset.Update();
+        recordset.Close();
+    }
+    QStringList names()
+    {
+        QStringList result;
+        kvRecordset recordset;
+        recordset.Open(QStringLiteral("SELECT Name FROM Termine ORDER BY DateID"), &connection);
+        while (!recordset.EOF()) {
+            result << recordset.Fields()[QStringLiteral("Name")].Value().toString();
+            recordset.MoveNext();
+        }
+        recordset.Close();
+        return result;
+    }
+    QList<QDateTime> begins()
+    {
+        QList<QDateTime> result;
+        kvRecordset recordset;
+        recordset.Open(QStringLiteral("SELECT DateBegin FROM Termine ORDER BY DateID"), &connection);
+        while (!recordset.EOF()) {
+            result << recordset.Fields()[QStringLiteral("DateBegin")].Value().toDateTime();
+            recordset.MoveNext();
+        }
+        recordset.Close();
+        return result;
+    }
+    //! Day cell of 16 .. 22 November.
+    ctlDay *cell(int day) { return control.DayCell(day - 15); }
+    QPoint rowPoint(int day, int row)
+    {
+        const ctlEntry *entry = cell(day)->Entries(qint16(row));
+        return QPoint(entry->Left() + entry->Width() / 2, entry->Top() + entry->Height() / 2);
+    }
+    void doubleClickRow(int day, int row)
+    {
+        doubleClick(cell(day), rowPoint(day, row));
+    }
+    //! Through the window, as a real double-click arrives (press, release, double-click, release).
+    void doubleClick(QWidget *widget, QPoint point)
+    {
+        QTest::mouseDClick(control.windowHandle(), Qt::LeftButton, Qt::NoModifier,
+                           widget->mapTo(&control, point));
+    }
+    void rightClickRow(int day, int row)
+    {
+        QTest::mouseClick(cell(day), Qt::RightButton, Qt::NoModifier, rowPoint(day, row));
+    }
+    int dayLoads() const
+    {
+        return int(std::count_if(statements.cbegin(), statements.cend(), [](const QString &sql) {
+            return sql.contains(QStringLiteral("ORDER BY Termine.DateBegin"));
+        }));
+    }
+    int writes() const
+    {
+        return int(std::count_if(statements.cbegin(), statements.cend(), [](const QString &sql) {
+            return sql.startsWith(QStringLiteral("UPDATE"), Qt::CaseInsensitive)
+                || sql.startsWith(QStringLiteral("DELETE"), Qt::CaseInsensitive)
+                || sql.startsWith(QStringLiteral("INSERT"), Qt::CaseInsensitive);
+        }));
+    }
+    void chooseMenuItem(int index)
+    {
+        control.findChild<QAction *>(QStringLiteral("KontextDay%1").arg(index))->trigger();
+    }
+    void reload() { control.Refresh(); }
+
+    QTemporaryDir folder;
+    kvConnection connection;
+    kvKalivo control;
+    QStringList statements;
+};
+
+kvScriptedModalRunner::Action typeName(const QString &name)
+{
+    return [name](QDialog &dialog) {
+        dialog.findChild<QLineEdit *>(QStringLiteral("txtName"))->setText(name);
+        dialog.findChild<QPushButton *>(QStringLiteral("cmdOK"))->click();
+        return int(QDialog::Accepted);
+    };
+}
+
+kvScriptedModalRunner::Action pressButton(const char *button)
+{
+    return [button](QDialog &dialog) {
+        dialog.findChild<QPushButton *>(QString::fromLatin1(button))->click();
+        return int(QDialog::Accepted);
+    };
+}
+
+} // namespace
+
+class tst_kvEditFlow : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void deleteAllDayAsksWithBlankAndNoKeepsRowAndView();
+    void deleteTimedAsksWithTimeAndYesRemovesRow();
+    void deleteWithDatabaseEventsRaisesDateDeleteWithoutAsking();
+    void editEventReplacesEditorForNew();
+    void deleteIsNotAffectedByEditEvent();
+    void editEventCancelPreventsReload();
+    void hostChangesByReferenceValues();
+    void doubleClickRowChangesNameWithApostrophe();
+    void doubleClickDayCreatesAppointmentOnThatDay();
+    void toolbarNewUsesActualDate();
+    void editorCancelWritesNothing();
+    void editorDeleteButtonAsksAndDeletes();
+    void databaseEventsWithHostCancellingWriteNothing();
+    void dateChangeArgumentsInSpecOrder();
+    void failureOfGatheringReportsCode14();
+    void fillGridEnablesEditorControlsFromColumns();
+};
+
+void tst_kvEditFlow::deleteAllDayAsksWithBlankAndNoKeepsRowAndView()
+{
+    kvControlTestServices services(fixedToday);
+    Calendar calendar;
+    calendar.add(at(18), at(18), QStringLiteral("Urlaub"));
+    calendar.reload();
+    QCOMPARE(calendar.cell(18)->EntriesCount(), 1);
+    calendar.rightClickRow(18, 1);
+    const int loads = calendar.dayLoads();
+    services.messageBox().EnqueueAnswer(kvMessageBox::vbNo);
+    calendar.chooseMenuItem(2);
+    QCOMPARE(services.messageBox().LastCall().prompt, QStringLiteral("Termin < Urlaub> löschen?"));
+    QCOMPARE(services.messageBox().LastCall().buttons, 35);
+    QCOMPARE(calendar.names(), QStringList{QStringLiteral("Urlaub")});
+    QCOMPARE(calendar.dayLoads(), loads); // no reload
+    QCOMPARE(calendar.cell(18)->EntriesCount(), 1);
+}
+
+void tst_kvEditFlow::deleteTimedAsksWithTimeAndYesRemovesRow()
+{
+    kvControlTestServices services(fixedToday);
+    Calendar calendar;
+    calendar.add(at(18, 14, 30), at(18, 15, 30), QStringLiteral("Zahnarzt"));
+    calendar.add(at(18, 16), at(18, 17), QStringLiteral("Friseur"));
+    calendar.reload();
+    calendar.rightClickRow(18, 1);
+    services.messageBox().EnqueueAnswer(kvMessageBox::vbYes);
+    calendar.chooseMenuItem(2);
+    QCOMPARE(services.messageBox().LastCall().prompt, QStringLiteral("Termin <14:30 Zahnarzt> löschen?"));
+    QCOMPARE(calendar.names(), QStringList{QStringLiteral("Friseur")});
+    QCOMPARE(calendar.cell(18)->EntriesCount(), 1);
+    QCOMPARE(calendar.cell(18)->Entries(1)->Text(), QStringLiteral("Friseur"));
+
+    // Cancel answers like No: row kept.
+    calendar.rightClickRow(18, 1);
+    services.messageBox().EnqueueAnswer(kvMessageBox::vbCancel);
+    calendar.chooseMenuItem(2);
+    QCOMPARE(calendar.names(), QStringList{QStringLiteral("Friseur")});
+}
+
+void tst_kvEditFlow::deleteWithDatabaseEventsRaisesDateDeleteWithoutAsking()
+{
+    kvControlTestServices services(fixedToday);
+    Calendar calendar;
+    calendar.add(at(18), at(18), QStringLiteral("Urlaub"));
+    calendar.reload();
+    calendar.control.setRaiseDatabaseEvents(true);
+    calendar.rightClickRow(18, 1);
+    int raised = 0;
+    bool cancel = true;
+    QObject::connect(&calendar.control, &kvKalivo::DateDelete,
+                     [&](qint32 &id, QDateTime &begin, QDateTime &end, QString &name, QString &, QString &, bool &bCancel) {
+                         ++raised;
+                         QCOMPARE(id, 1);
+                         QCOMPARE(begin, at(18).toDateTime());
+                         QCOMPARE(end, at(18).toDateTime());
+                         QCOMPARE(name, QStringLiteral("Urlaub"));
+                         QCOMPARE(bCancel, false);
+                         bCancel = cancel;
+                     });
+    const int calls = services.messageBox().CallCount();
+    int loads = calendar.dayLoads();
+    calendar.chooseMenuItem(2);
+    QCOMPARE(raised, 1);
+    QCOMPARE(services.messageBox().CallCount(), calls); // no question
+    QCOMPARE(calendar.names(), QStringList{QStringLiteral("Urlaub")}); // the control wrote nothing
+    QCOMPARE(calendar.dayLoads(), loads); // cancelled: no reload
+
+    cancel = false;
+    loads = calendar.dayLoads();
+    calendar.chooseMenuItem(2);
+    QCOMPARE(raised, 2);
+    QCOMPARE(calendar.dayLoads() - loads, 7); // reloaded: one load per cell of the week
+    QCOMPARE(calendar.names(), QStringList{QStringLiteral("Urlaub")});
+}
+
+void tst_kvEditFlow::editEventReplacesEditorForNew()
+{
+    kvControlTestServices services(fixedToday);
+    kvScriptedModalRunner runner;
+    kvScopedService installed(runner);
+    Calendar calendar;
+    calendar.control.setRaiseEditEvent(true);
+    int raised = 0;
+    QObject::connect(&calendar.control, &kvKalivo::Edit,
+                     [&](qint32 &id, QDateTime &begin, QDateTime &end, QString &name, QString &remark,
+                         qint16 &imgId, QString &document, qint16 &action, bool &bCancel) {
+                         ++raised;
+                         QCOMPARE(id, 0);
+                         QCOMPARE(begin.date(), fixedToday);
+                         QCOMPARE(end.date(), fixedToday);
+                         QVERIFY(name.isEmpty() && remark.isEmpty() && document.isEmpty());
+                         QCOMPARE(imgId, qint16(0));
+                         QCOMPARE(action, qint16(1));
+                         QCOMPARE(bCancel, false);
+                     });
+    const int loads = calendar.dayLoads();
+    calendar.control.findChild<QToolBar *>(QStringLiteral("ToolbarMain"))
+        ->findChild<QAction *>(QStringLiteral("New"))->trigger();
+    QCOMPARE(raised, 1);
+    QCOMPARE(runner.ExecCount(), 0); // no editor
+    QCOMPARE(calendar.writes(), 0); // the constructor's table has no rows added here
+    QCOMPARE(calendar.dayLoads() - loads, 7); // not cancelled: reloaded
+}
+
+void tst_kvEditFlow::deleteIsNotAffectedByEditEvent()
+{
+    kvControlTestServices services(fixedToday);
+    kvScriptedModalRunner runner;
+    kvScopedService installed(runner);
+    Calendar calendar;
+    calendar.add(at(18, 14, 30), at(18, 15), QStringLiteral("Zahnarzt"));
+    calendar.reload();
+    calendar.control.setRaiseEditEvent(true);
+    int raised = 0;
+    QObject::connect(&calendar.control, &kvKalivo::Edit, [&] { ++raised; });
+    calendar.rightClickRow(18, 1);
+    services.messageBox().EnqueueAnswer(kvMessageBox::vbYes);
+    calendar.chooseMenuItem(2);
+    QCOMPARE(raised, 0);
+    QCOMPARE(services.messageBox().LastCall().prompt, QStringLiteral("Termin <14:30 Zahnarzt> löschen?"));
+    QVERIFY(calendar.names().isEmpty());
+    QCOMPARE(runner.ExecCount(), 0);
+}
+
+void tst_kvEditFlow::editEventCancelPreventsReload()
+{
+    kvControlTestServices services(fixedToday);
+    Calendar calendar;
+    calendar.add(at(18, 9), at(18, 10), QStringLiteral("Termin"));
+    calendar.reload();
+    calendar.control.setRaiseEditEvent(true);
+    qint16 seenAction = 0;
+    QObject::connect(&calendar.control, &kvKalivo::Edit,
+                     [&](qint32 &id, QDateTime &, QDateTime &, QString &name, QString &, qint16 &,
+                         QString &, qint16 &action, bool &bCancel) {
+                         QCOMPARE(id, 1);
+                         QCOMPARE(name, QStringLiteral("Termin"));
+                         seenAction = action;
+                         bCancel = true;
+                     });
+    const int loads = calendar.dayLoads();
+    calendar.doubleClickRow(18, 1);
+    QCOMPARE(seenAction, qint16(3));
+    QCOMPARE(calendar.dayLoads(), loads);
+}
+
+void tst_kvEditFlow::hostChangesByReferenceValues()
+{
+    kvControlTestServices services(fixedToday);
+    kvScriptedModalRunner runner;
+    kvScopedService installed(runner);
+    Calendar calendar;
+    calendar.control.setRaiseDatabaseEvents(true);
+    // The editor saves a new appointment; the host's DateNew sees the editor's values and the
+    // test then writes the (changed) values itself, as a host would.
+    runner.Enqueue(typeName(QStringLiteral("Neu")));
+    QString seen;
+    QObject::connect(&calendar.control, &kvKalivo::DateNew,
+                     [&](QDateTime &begin, QDateTime &end, QString &name, QString &, QString &,
+                         qint16 &, bool &) {
+                         seen = name;
+                         name = QStringLiteral("Vom Host");
+                         begin = at(19, 8).toDateTime();
+                         end = at(19, 9).toDateTime();
+                         calendar.add(kvDate::fromDateTime(begin), kvDate::fromDateTime(end), name);
+                     });
+    calendar.control.EditAppointment(1);
+    QCOMPARE(seen, QStringLiteral("Neu"));
+    QCOMPARE(calendar.names(), QStringList{QStringLiteral("Vom Host")}); // the control wrote nothing
+    QCOMPARE(calendar.cell(19)->EntriesCount(), 1); // reloaded, shows what the host wrote
+}
+
+void tst_kvEditFlow::doubleClickRowChangesNameWithApostrophe()
+{
+    kvControlTestServices services(fixedToday);
+    kvScriptedModalRunner runner;
+    kvScopedService installed(runner);
+    Calendar calendar;
+    calendar.add(at(18, 10), at(18, 11), QStringLiteral("Müller"));
+    calendar.add(at(18, 12), at(18, 13), QStringLiteral("Mittag"));
+    calendar.reload();
+    runner.Enqueue(typeName(QStringLiteral("O'Brien")));
+    calendar.doubleClickRow(18, 1);
+    QCOMPARE(runner.ExecCount(), 1);
+    QCOMPARE(runner.DialogNames().constFirst(), QStringLiteral("frmEdit"));
+    QCOMPARE(services.messageBox().CallCount(), 0);
+    QCOMPARE(calendar.names(), (QStringList{QStringLiteral("O'Brien"), QStringLiteral("Mittag")}));
+    QCOMPARE(calendar.begins().constFirst(), at(18, 10).toDateTime());
+    QCOMPARE(calendar.cell(18)->Entries(1)->Text(), QStringLiteral("O'Brien"));
+    QCOMPARE(calendar.control.ActualDate(), QDate(2026, 11, 18));
+
+    // The second row through the context menu's "Bearbeiten...".
+    runner.Enqueue(typeName(QStringLiteral("Mittagessen")));
+    calendar.rightClickRow(18, 2);
+    calendar.chooseMenuItem(1);
+    QCOMPARE(calendar.names(), (QStringList{QStringLiteral("O'Brien"), QStringLiteral("Mittagessen")}));
+    QCOMPARE(calendar.cell(18)->Entries(2)->Text(), QStringLiteral("Mittagessen"));
+}
+
+void tst_kvEditFlow::doubleClickDayCreatesAppointmentOnThatDay()
+{
+    kvControlTestServices services(fixedToday);
+    kvScriptedModalRunner runner;
+    kvScopedService installed(runner);
+    Calendar calendar;
+    calendar.control.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&calendar.control));
+    runner.Enqueue(typeName(QStringLiteral("Zahnarzt")));
+    ctlDay *day = calendar.cell(17);
+    calendar.doubleClick(day, QPoint(day->width() / 2, day->height() / 2));
+    QCOMPARE(runner.ExecCount(), 1);
+    QCOMPARE(calendar.control.SelectedEntryIndex(), qint16(-1));
+    QCOMPARE(calendar.names(), QStringList{QStringLiteral("Zahnarzt")});
+    QCOMPARE(calendar.begins().constFirst().date(), QDate(2026, 11, 17));
+    QCOMPARE(calendar.cell(17)->EntriesCount(), 1);
+    QCOMPARE(calendar.cell(17)->Entries(1)->Text(), QStringLiteral("Zahnarzt"));
+}
+
+void tst_kvEditFlow::toolbarNewUsesActualDate()
+{
+    kvControlTestServices services(fixedToday);
+    kvScriptedModalRunner runner;
+    kvScopedService installed(runner);
+    Calendar calendar;
+    calendar.control.setActualDate(QDate(2026, 11, 20));
+    runner.Enqueue(typeName(QStringLiteral("Neu")));
+    calendar.control.findChild<QToolBar *>(QStringLiteral("ToolbarMain"))
+        ->findChild<QAction *>(QStringLiteral("New"))->trigger();
+    QCOMPARE(calendar.names(), QStringList{QStringLiteral("Neu")});
+    QCOMPARE(calendar.begins().constFirst().date(), QDate(2026, 11, 20));
+    QCOMPARE(calendar.cell(20)->EntriesCount(), 1);
+    // Menu item 0 "Neu..." as well.
+    runner.Enqueue(typeName(QStringLiteral("Zweiter")));
+    calendar.chooseMenuItem(0);
+    QCOMPARE(calendar.names().size(), 2);
+}
+
+void tst_kvEditFlow::editorCancelWritesNothing()
+{
+    kvControlTestServices services(fixedToday);
+    kvScriptedModalRunner runner;
+    kvScopedService installed(runner);
+    Calendar calendar;
+    calendar.add(at(18, 10), at(18, 11), QStringLiteral("Müller"));
+    calendar.reload();
+    runner.Enqueue([](QDialog &dialog) {
+        dialog.findChild<QLineEdit *>(QStringLiteral("txtName"))->setText(QStringLiteral("egal"));
+        dialog.findChild<QPushButton *>(QStringLiteral("CancelButton"))->click();
+        return int(QDialog::Rejected);
+    });
+    calendar.statements.clear();
+    const int loads = calendar.dayLoads();
+    calendar.doubleClickRow(18, 1);
+    QCOMPARE(runner.ExecCount(), 1);
+    QCOMPARE(calendar.names(), QStringList{QStringLiteral("Müller")});
+    QCOMPARE(calendar.writes(), 0);
+    QCOMPARE(calendar.dayLoads(), loads); // action 0: nothing happens, not even a reload
+}
+
+void tst_kvEditFlow::editorDeleteButtonAsksAndDeletes()
+{
+    kvControlTestServices services(fixedToday);
+    kvScriptedModalRunner runner;
+    kvScopedService installed(runner);
+    Calendar calendar;
+    calendar.add(at(18, 10), at(18, 11), QStringLiteral("Müller"));
+    calendar.reload();
+    runner.Enqueue(pressButton("cmdDelete"));
+    services.messageBox().EnqueueAnswer(kvMessageBox::vbNo);
+    calendar.doubleClickRow(18, 1);
+    QCOMPARE(services.messageBox().LastCall().prompt, QStringLiteral("Termin <10:00 Müller> löschen?"));
+    QCOMPARE(calendar.names(), QStringList{QStringLiteral("Müller")});
+    QCOMPARE(calendar.cell(18)->EntriesCount(), 1);
+
+    runner.Enqueue(pressButton("cmdDelete"));
+    services.messageBox().EnqueueAnswer(kvMessageBox::vbYes);
+    calendar.doubleClickRow(18, 1);
+    QVERIFY(calendar.names().isEmpty());
+    QCOMPARE(calendar.cell(18)->EntriesCount(), 0);
+}
+
+void tst_kvEditFlow::databaseEventsWithHostCancellingWriteNothing()
+{
+    kvControlTestServices services(fixedToday);
+    kvScriptedModalRunner runner;
+    kvScopedService installed(runner);
+    Calendar calendar;
+    calendar.add(at(18, 10), at(18, 11), QStringLiteral("Müller"));
+    calendar.reload();
+    calendar.control.setRaiseDatabaseEvents(true);
+    int changes = 0, news = 0, deletes = 0;
+    QObject::connect(&calendar.control, &kvKalivo::DateChange,
+                     [&](qint32 &, QDateTime &, QDateTime &, QString &, QString &, QString &, qint16 &,
+                         bool &bCancel) { ++changes; bCancel = true; });
+    QObject::connect(&calendar.control, &kvKalivo::DateNew,
+                     [&](QDateTime &, QDateTime &, QString &, QString &, QString &, qint16 &,
+                         bool &bCancel) { ++news; bCancel = true; });
+    QObject::connect(&calendar.control, &kvKalivo::DateDelete,
+                     [&](qint32 &, QDateTime &, QDateTime &, QString &, QString &, QString &,
+                         bool &bCancel) { ++deletes; bCancel = true; });
+    calendar.statements.clear();
+
+    runner.Enqueue(typeName(QStringLiteral("O'Brien")));
+    calendar.doubleClickRow(18, 1);
+    runner.Enqueue(typeName(QStringLiteral("Neu")));
+    calendar.doubleClick(calendar.cell(19), QPoint(40, 80));
+    runner.Enqueue(pressButton("cmdDelete"));
+    calendar.doubleClickRow(18, 1);
+
+    QCOMPARE(changes, 1);
+    QCOMPARE(news, 1);
+    QCOMPARE(deletes, 1);
+    QCOMPARE(services.messageBox().CallCount(), 0);
+    QVERIFY2(calendar.statements.isEmpty(), qPrintable(calendar.statements.join(QLatin1Char('\n'))));
+    QCOMPARE(calendar.names(), QStringList{QStringLiteral("Müller")});
+    QCOMPARE(calendar.cell(18)->Entries(1)->Text(), QStringLiteral("Müller"));
+}
+
+void tst_kvEditFlow::dateChangeArgumentsInSpecOrder()
+{
+    kvControlTestServices services(fixedToday);
+    kvScriptedModalRunner runner;
+    kvScopedService installed(runner);
+    Calendar calendar;
+    calendar.add(at(18, 10), at(18, 11), QStringLiteral("Müller"));
+    calendar.reload();
+    calendar.control.setRaiseDatabaseEvents(true);
+    runner.Enqueue(typeName(QStringLiteral("Meier")));
+    QStringList seen;
+    QObject::connect(&calendar.control, &kvKalivo::DateChange,
+                     [&](qint32 &id, QDateTime &begin, QDateTime &end, QString &name, QString &remark,
+                         QString &document, qint16 &imgId, bool &bCancel) {
+                         const QString format = QStringLiteral("yyyy-MM-ddTHH:mm:ss");
+                         seen << QString::number(id) << begin.toString(format)
+                              << end.toString(format) << name << remark << document
+                              << QString::number(imgId) << QString::number(bCancel);
+                     });
+    calendar.doubleClickRow(18, 1);
+    QCOMPARE(seen, (QStringList{QStringLiteral("1"), QStringLiteral("2026-11-18T10:00:00"),
+                                QStringLiteral("2026-11-18T11:00:00"), QStringLiteral("Meier"),
+                                QString(), QString(), QStringLiteral("0"), QStringLiteral("0")}));
+    QCOMPARE(calendar.names(), QStringList{QStringLiteral("Müller")}); // the host did not write
+}
+
+void tst_kvEditFlow::failureOfGatheringReportsCode14()
+{
+    kvControlTestServices services(fixedToday);
+    Calendar calendar;
+    // No row in the selected day: reading the active entry fails at step 1.
+    calendar.control.EditAppointment(3);
+    QCOMPARE(services.messageBox().CallCount(), 1);
+    QVERIFY2(services.messageBox().LastCall().prompt.startsWith(QStringLiteral("kvKalivo-Fehlercode 14\r\n")),
+             qPrintable(services.messageBox().LastCall().prompt));
+    QCOMPARE(services.messageBox().LastCall().title, QStringLiteral("kvKalivo.ocx"));
+}
+
+void tst_kvEditFlow::fillGridEnablesEditorControlsFromColumns()
+{
+    kvControlTestServices services(fixedToday);
+    QTemporaryDir folder;
+    kvConnection connection;
+    connection.Open(QStringLiteral("Driver=SQLite3;Database=%1").arg(folder.filePath(QStringLiteral("t.db"))));
+    kvAppointmentTable::Create(connection, QStringLiteral("Kurz"), false);
+    kvKalivo control;
+    control.setRecordSource(QStringLiteral("Kurz"));
+    control.setConnection(&connection);
+    control.resize(800, 600);
+    control.Refresh();
+    frmEdit &editor = frmEdit::ThreadInstance();
+    QVERIFY(!editor.findChild<QPushButton *>(QStringLiteral("cmdDocumentBrowser"))->isEnabled());
+    QVERIFY(!editor.findChild<QPushButton *>(QStringLiteral("cmdEdit"))->isEnabled());
+}
+
+QTEST_MAIN(tst_kvEditFlow)
+#include "tst_kvEditFlow.moc"
