@@ -7,6 +7,7 @@
 #include "kvControlTestServices.h"
 #include "kvFields.h"
 #include "kvKalivo.h"
+#include "kvSqliteCalendar.h"
 #include "kvMessageBox.h"
 #include "kvRecordset.h"
 #include "kvScriptedModalRunner.h"
@@ -27,31 +28,8 @@ kvDate at(int day, int hour = 0, int minute = 0)
     return kvDate::fromDate(QDate(2026, 11, day), QTime(hour, minute));
 }
 
-struct Calendar
+struct Calendar : kvSqliteCalendar
 {
-    Calendar()
-    {
-        connection.Open(QStringLiteral("Driver=SQLite3;Database=%1").arg(folder.filePath(QStringLiteral("t.db"))));
-        kvAppointmentTable::Create(connection, QStringLiteral("Termine"));
-        control.setParameterizedSql(true);
-        control.setRecordSource(QStringLiteral("Termine"));
-        control.setConnection(&connection);
-        control.resize(1000, 700);
-        control.show();
-        QObject::connect(&connection, &kvConnection::StatementExecuted,
-                         [this](const QString &sql) { statements << sql; });
-    }
-    void add(const kvDate &begin, const kvDate &end, const QString &name)
-    {
-        kvRecordset recordset;
-        recordset.Open(QStringLiteral("Termine"), &connection, 1, 2, 2);
-        recordset.AddNew();
-        recordset.setValue(QStringLiteral("DateBegin"), QVariant::fromValue(begin.toDateTime()));
-        recordset.setValue(QStringLiteral("DateEnd"), QVariant::fromValue(end.toDateTime()));
-        recordset.setValue(QStringLiteral("Name"), name);
-        recordset.Update();
-        recordset.Close();
-    }
     QStringList names()
     {
         QStringList result;
@@ -117,10 +95,6 @@ struct Calendar
     }
     void reload() { control.Refresh(); }
 
-    QTemporaryDir folder;
-    kvConnection connection;
-    kvKalivo control;
-    QStringList statements;
 };
 
 kvScriptedModalRunner::Action typeName(const QString &name)

@@ -8,6 +8,7 @@
 #include "kvGridGeometry.h"
 #include "kvControlTestServices.h"
 #include "kvKalivo.h"
+#include "kvSqliteCalendar.h"
 #include "kvRecordset.h"
 #include "kvTestSupport.h"
 
@@ -25,29 +26,11 @@ kvDate at(int year, int month, int day, int hour = 0, int minute = 0)
 }
 
 // An SQLite appointment table with a few rows, connected to a control.
-struct Calendar
+struct Calendar : kvSqliteCalendar
 {
     explicit Calendar(QSize size = QSize(1280, 800))
+        : kvSqliteCalendar(size)
     {
-        connection.Open(QStringLiteral("Driver=SQLite3;Database=%1").arg(folder.filePath(QStringLiteral("t.db"))));
-        kvAppointmentTable::Create(connection, QStringLiteral("Termine"));
-        control.setParameterizedSql(true);
-        control.setRecordSource(QStringLiteral("Termine"));
-        control.setConnection(&connection);
-        control.resize(size);
-        control.show();
-    }
-    void add(const kvDate &begin, const kvDate &end, const QString &name, int imageId = 0)
-    {
-        kvRecordset recordset;
-        recordset.Open(QStringLiteral("Termine"), &connection, 1, 2, 2);
-        recordset.AddNew();
-        recordset.setValue(QStringLiteral("DateBegin"), QVariant::fromValue(begin.toDateTime()));
-        recordset.setValue(QStringLiteral("DateEnd"), QVariant::fromValue(end.toDateTime()));
-        recordset.setValue(QStringLiteral("Name"), name);
-        recordset.setValue(QStringLiteral("ImageID"), imageId);
-        recordset.Update();
-        recordset.Close();
     }
     // The texts of the rows in the cell that shows \a day, with the marker for continued ones.
     QStringList rowsOf(const QDate &day) const
@@ -63,9 +46,6 @@ struct Calendar
         }
         return {QStringLiteral("<not shown>")};
     }
-    QTemporaryDir folder;
-    kvConnection connection;
-    kvKalivo control;
 };
 
 } // namespace

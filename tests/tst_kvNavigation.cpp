@@ -5,6 +5,7 @@
 #include "kvConnection.h"
 #include "kvControlTestServices.h"
 #include "kvKalivo.h"
+#include "kvSqliteCalendar.h"
 #include "kvPdfPrinterService.h"
 #include "kvRecordset.h"
 
@@ -27,31 +28,8 @@ kvDate at(int year, int month, int day, int hour = 0, int minute = 0)
     return kvDate::fromDate(QDate(year, month, day), QTime(hour, minute));
 }
 
-struct Calendar
+struct Calendar : kvSqliteCalendar
 {
-    Calendar()
-    {
-        connection.Open(QStringLiteral("Driver=SQLite3;Database=%1").arg(folder.filePath(QStringLiteral("t.db"))));
-        kvAppointmentTable::Create(connection, QStringLiteral("Termine"));
-        control.setParameterizedSql(true);
-        control.setRecordSource(QStringLiteral("Termine"));
-        control.setConnection(&connection);
-        control.resize(1000, 700);
-        control.show();
-        QObject::connect(&connection, &kvConnection::StatementExecuted,
-                         [this](const QString &sql) { statements << sql; });
-    }
-    void add(const kvDate &begin, const kvDate &end, const QString &name)
-    {
-        kvRecordset recordset;
-        recordset.Open(QStringLiteral("Termine"), &connection, 1, 2, 2);
-        recordset.AddNew();
-        recordset.setValue(QStringLiteral("DateBegin"), QVariant::fromValue(begin.toDateTime()));
-        recordset.setValue(QStringLiteral("DateEnd"), QVariant::fromValue(end.toDateTime()));
-        recordset.setValue(QStringLiteral("Name"), name);
-        recordset.Update();
-        recordset.Close();
-    }
     void press(const char *key)
     {
         control.findChild<QToolBar *>(QStringLiteral("ToolbarMain"))
@@ -70,10 +48,6 @@ struct Calendar
         return int(std::count_if(statements.cbegin(), statements.cend(),
                                  [](const QString &sql) { return sql.contains(QStringLiteral("ORDER BY Termine.DateBegin")) && !sql.contains(QStringLiteral("NextDate")); }));
     }
-    QTemporaryDir folder;
-    kvConnection connection;
-    kvKalivo control;
-    QStringList statements;
 };
 
 } // namespace
