@@ -13,6 +13,7 @@ PACKAGES=(
   libqt6sql6-mysql libqt6sql6-odbc unixodbc odbcinst tdsodbc odbc-mdbtools
   mariadb-server mariadb-client
   poppler-utils
+  doxygen
 )
 
 missing=()

@@ -95,6 +95,7 @@ private Q_SLOTS:
     void tooltipPushedBackAtRightEdge();
     void pendingTooltipAfterRefreshShowsNothing();
     void clickOnTooltipOrRowHidesIt();
+    void reloadLetsGoOfTheCapturedRow();
     void screenshotTooltipOverRow();
 };
 
@@ -273,6 +274,25 @@ void tst_kvCellInteraction::clickOnTooltipOrRowHidesIt()
     Q_EMIT calendar.cell(18)->EntryMouseUp(1, 1, 0, 5, 5); // a left mouse-up
     QVERIFY(!calendar.toolTip()->isVisible());
     QVERIFY(!calendar.timer("TimerTooltip")->isActive());
+}
+
+void tst_kvCellInteraction::reloadLetsGoOfTheCapturedRow()
+{
+    kvControlTestServices services(fixedToday);
+    Calendar calendar;
+    calendar.move(18, 1, 5, 5);
+    QCOMPARE(QWidget::mouseGrabber(), calendar.cell(18));
+    // A reload unloads the rows; the captured one must not keep the mouse (it would swallow
+    // every click on the cell), and the next move over a row captures it anew.
+    calendar.control.setRaiseEditEvent(true);
+    calendar.control.EditAppointment(1); // the host's Edit, not cancelled: reload
+    QCOMPARE(QWidget::mouseGrabber(), nullptr);
+    calendar.move(18, 1, 5, 5);
+    QCOMPARE(QWidget::mouseGrabber(), calendar.cell(18));
+    calendar.control.Refresh(); // the cells themselves are made anew
+    QCOMPARE(QWidget::mouseGrabber(), nullptr);
+    calendar.move(18, 1, 5, 5);
+    QCOMPARE(QWidget::mouseGrabber(), calendar.cell(18));
 }
 
 void tst_kvCellInteraction::screenshotTooltipOverRow()

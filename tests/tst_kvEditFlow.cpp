@@ -1,13 +1,14 @@
-// Part 2.3: the edit flow (EditAppointment) with its host events, end to end on SQLite.
+// Part 2.3: the edit flow (EditAppointment) with its host events, on SQLite.
+// The end-to-end user stories on SQLite and MariaDB are in tst_kvEditEndToEnd.cpp.
 #include "ctlDay.h"
 #include "ctlEntry.h"
 #include "frmEdit.h"
 #include "kvAppointmentTable.h"
 #include "kvConnection.h"
 #include "kvControlTestServices.h"
+#include "kvEditCalendar.h"
 #include "kvFields.h"
 #include "kvKalivo.h"
-#include "kvSqliteCalendar.h"
 #include "kvMessageBox.h"
 #include "kvRecordset.h"
 #include "kvScriptedModalRunner.h"
@@ -21,98 +22,16 @@
 
 namespace {
 
-const QDate fixedToday(2026, 11, 22); // a Sunday: the week view shows 16 .. 22 November
+using Calendar = kvEditCalendar;
+const QDate fixedToday = kvEditCalendar::Today;
 
 kvDate at(int day, int hour = 0, int minute = 0)
 {
-    return kvDate::fromDate(QDate(2026, 11, day), QTime(hour, minute));
+    return kvEditCalendar::at(day, hour, minute);
 }
 
-struct Calendar : kvSqliteCalendar
-{
-    QStringList names()
-    {
-        QStringList result;
-        kvRecordset recordset;
-        recordset.Open(QStringLiteral("SELECT Name FROM Termine ORDER BY DateID"), &connection);
-        while (!recordset.EOF()) {
-            result << recordset.Fields()[QStringLiteral("Name")].Value().toString();
-            recordset.MoveNext();
-        }
-        recordset.Close();
-        return result;
-    }
-    QList<QDateTime> begins()
-    {
-        QList<QDateTime> result;
-        kvRecordset recordset;
-        recordset.Open(QStringLiteral("SELECT DateBegin FROM Termine ORDER BY DateID"), &connection);
-        while (!recordset.EOF()) {
-            result << recordset.Fields()[QStringLiteral("DateBegin")].Value().toDateTime();
-            recordset.MoveNext();
-        }
-        recordset.Close();
-        return result;
-    }
-    //! Day cell of 16 .. 22 November.
-    ctlDay *cell(int day) { return control.DayCell(day - 15); }
-    QPoint rowPoint(int day, int row)
-    {
-        const ctlEntry *entry = cell(day)->Entries(qint16(row));
-        return QPoint(entry->Left() + entry->Width() / 2, entry->Top() + entry->Height() / 2);
-    }
-    void doubleClickRow(int day, int row)
-    {
-        doubleClick(cell(day), rowPoint(day, row));
-    }
-    //! Through the window, as a real double-click arrives (press, release, double-click, release).
-    void doubleClick(QWidget *widget, QPoint point)
-    {
-        QTest::mouseDClick(control.windowHandle(), Qt::LeftButton, Qt::NoModifier,
-                           widget->mapTo(&control, point));
-    }
-    void rightClickRow(int day, int row)
-    {
-        QTest::mouseClick(cell(day), Qt::RightButton, Qt::NoModifier, rowPoint(day, row));
-    }
-    int dayLoads() const
-    {
-        return int(std::count_if(statements.cbegin(), statements.cend(), [](const QString &sql) {
-            return sql.contains(QStringLiteral("ORDER BY Termine.DateBegin"));
-        }));
-    }
-    int writes() const
-    {
-        return int(std::count_if(statements.cbegin(), statements.cend(), [](const QString &sql) {
-            return sql.startsWith(QStringLiteral("UPDATE"), Qt::CaseInsensitive)
-                || sql.startsWith(QStringLiteral("DELETE"), Qt::CaseInsensitive)
-                || sql.startsWith(QStringLiteral("INSERT"), Qt::CaseInsensitive);
-        }));
-    }
-    void chooseMenuItem(int index)
-    {
-        control.findChild<QAction *>(QStringLiteral("KontextDay%1").arg(index))->trigger();
-    }
-    void reload() { control.Refresh(); }
-
-};
-
-kvScriptedModalRunner::Action typeName(const QString &name)
-{
-    return [name](QDialog &dialog) {
-        dialog.findChild<QLineEdit *>(QStringLiteral("txtName"))->setText(name);
-        dialog.findChild<QPushButton *>(QStringLiteral("cmdOK"))->click();
-        return int(QDialog::Accepted);
-    };
-}
-
-kvScriptedModalRunner::Action pressButton(const char *button)
-{
-    return [button](QDialog &dialog) {
-        dialog.findChild<QPushButton *>(QString::fromLatin1(button))->click();
-        return int(QDialog::Accepted);
-    };
-}
+const auto typeName = kvEditCalendar::typeName;
+const auto pressButton = kvEditCalendar::pressButton;
 
 } // namespace
 
@@ -128,12 +47,8 @@ private Q_SLOTS:
     void deleteIsNotAffectedByEditEvent();
     void editEventCancelPreventsReload();
     void hostChangesByReferenceValues();
-    void doubleClickRowChangesNameWithApostrophe();
-    void doubleClickDayCreatesAppointmentOnThatDay();
     void toolbarNewUsesActualDate();
     void editorCancelWritesNothing();
-    void editorDeleteButtonAsksAndDeletes();
-    void databaseEventsWithHostCancellingWriteNothing();
     void dateChangeArgumentsInSpecOrder();
     void failureOfGatheringReportsCode14();
     void fillGridEnablesEditorControlsFromColumns();
@@ -312,51 +227,7 @@ void tst_kvEditFlow::hostChangesByReferenceValues()
     QCOMPARE(calendar.cell(19)->EntriesCount(), 1); // reloaded, shows what the host wrote
 }
 
-void tst_kvEditFlow::doubleClickRowChangesNameWithApostrophe()
-{
-    kvControlTestServices services(fixedToday);
-    kvScriptedModalRunner runner;
-    kvScopedService installed(runner);
-    Calendar calendar;
-    calendar.add(at(18, 10), at(18, 11), QStringLiteral("Müller"));
-    calendar.add(at(18, 12), at(18, 13), QStringLiteral("Mittag"));
-    calendar.reload();
-    runner.Enqueue(typeName(QStringLiteral("O'Brien")));
-    calendar.doubleClickRow(18, 1);
-    QCOMPARE(runner.ExecCount(), 1);
-    QCOMPARE(runner.DialogNames().constFirst(), QStringLiteral("frmEdit"));
-    QCOMPARE(services.messageBox().CallCount(), 0);
-    QCOMPARE(calendar.names(), (QStringList{QStringLiteral("O'Brien"), QStringLiteral("Mittag")}));
-    QCOMPARE(calendar.begins().constFirst(), at(18, 10).toDateTime());
-    QCOMPARE(calendar.cell(18)->Entries(1)->Text(), QStringLiteral("O'Brien"));
-    QCOMPARE(calendar.control.ActualDate(), QDate(2026, 11, 18));
 
-    // The second row through the context menu's "Bearbeiten...".
-    runner.Enqueue(typeName(QStringLiteral("Mittagessen")));
-    calendar.rightClickRow(18, 2);
-    calendar.chooseMenuItem(1);
-    QCOMPARE(calendar.names(), (QStringList{QStringLiteral("O'Brien"), QStringLiteral("Mittagessen")}));
-    QCOMPARE(calendar.cell(18)->Entries(2)->Text(), QStringLiteral("Mittagessen"));
-}
-
-void tst_kvEditFlow::doubleClickDayCreatesAppointmentOnThatDay()
-{
-    kvControlTestServices services(fixedToday);
-    kvScriptedModalRunner runner;
-    kvScopedService installed(runner);
-    Calendar calendar;
-    calendar.control.activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&calendar.control));
-    runner.Enqueue(typeName(QStringLiteral("Zahnarzt")));
-    ctlDay *day = calendar.cell(17);
-    calendar.doubleClick(day, QPoint(day->width() / 2, day->height() / 2));
-    QCOMPARE(runner.ExecCount(), 1);
-    QCOMPARE(calendar.control.SelectedEntryIndex(), qint16(-1));
-    QCOMPARE(calendar.names(), QStringList{QStringLiteral("Zahnarzt")});
-    QCOMPARE(calendar.begins().constFirst().date(), QDate(2026, 11, 17));
-    QCOMPARE(calendar.cell(17)->EntriesCount(), 1);
-    QCOMPARE(calendar.cell(17)->Entries(1)->Text(), QStringLiteral("Zahnarzt"));
-}
 
 void tst_kvEditFlow::toolbarNewUsesActualDate()
 {
@@ -399,64 +270,7 @@ void tst_kvEditFlow::editorCancelWritesNothing()
     QCOMPARE(calendar.dayLoads(), loads); // action 0: nothing happens, not even a reload
 }
 
-void tst_kvEditFlow::editorDeleteButtonAsksAndDeletes()
-{
-    kvControlTestServices services(fixedToday);
-    kvScriptedModalRunner runner;
-    kvScopedService installed(runner);
-    Calendar calendar;
-    calendar.add(at(18, 10), at(18, 11), QStringLiteral("Müller"));
-    calendar.reload();
-    runner.Enqueue(pressButton("cmdDelete"));
-    services.messageBox().EnqueueAnswer(kvMessageBox::vbNo);
-    calendar.doubleClickRow(18, 1);
-    QCOMPARE(services.messageBox().LastCall().prompt, QStringLiteral("Termin <10:00 Müller> löschen?"));
-    QCOMPARE(calendar.names(), QStringList{QStringLiteral("Müller")});
-    QCOMPARE(calendar.cell(18)->EntriesCount(), 1);
 
-    runner.Enqueue(pressButton("cmdDelete"));
-    services.messageBox().EnqueueAnswer(kvMessageBox::vbYes);
-    calendar.doubleClickRow(18, 1);
-    QVERIFY(calendar.names().isEmpty());
-    QCOMPARE(calendar.cell(18)->EntriesCount(), 0);
-}
-
-void tst_kvEditFlow::databaseEventsWithHostCancellingWriteNothing()
-{
-    kvControlTestServices services(fixedToday);
-    kvScriptedModalRunner runner;
-    kvScopedService installed(runner);
-    Calendar calendar;
-    calendar.add(at(18, 10), at(18, 11), QStringLiteral("Müller"));
-    calendar.reload();
-    calendar.control.setRaiseDatabaseEvents(true);
-    int changes = 0, news = 0, deletes = 0;
-    QObject::connect(&calendar.control, &kvKalivo::DateChange,
-                     [&](qint32 &, QDateTime &, QDateTime &, QString &, QString &, QString &, qint16 &,
-                         bool &bCancel) { ++changes; bCancel = true; });
-    QObject::connect(&calendar.control, &kvKalivo::DateNew,
-                     [&](QDateTime &, QDateTime &, QString &, QString &, QString &, qint16 &,
-                         bool &bCancel) { ++news; bCancel = true; });
-    QObject::connect(&calendar.control, &kvKalivo::DateDelete,
-                     [&](qint32 &, QDateTime &, QDateTime &, QString &, QString &, QString &,
-                         bool &bCancel) { ++deletes; bCancel = true; });
-    calendar.statements.clear();
-
-    runner.Enqueue(typeName(QStringLiteral("O'Brien")));
-    calendar.doubleClickRow(18, 1);
-    runner.Enqueue(typeName(QStringLiteral("Neu")));
-    calendar.doubleClick(calendar.cell(19), QPoint(40, 80));
-    runner.Enqueue(pressButton("cmdDelete"));
-    calendar.doubleClickRow(18, 1);
-
-    QCOMPARE(changes, 1);
-    QCOMPARE(news, 1);
-    QCOMPARE(deletes, 1);
-    QCOMPARE(services.messageBox().CallCount(), 0);
-    QVERIFY2(calendar.statements.isEmpty(), qPrintable(calendar.statements.join(QLatin1Char('\n'))));
-    QCOMPARE(calendar.names(), QStringList{QStringLiteral("Müller")});
-    QCOMPARE(calendar.cell(18)->Entries(1)->Text(), QStringLiteral("Müller"));
-}
 
 void tst_kvEditFlow::dateChangeArgumentsInSpecOrder()
 {

@@ -8,7 +8,7 @@
 #include "kvGridGeometry.h"
 #include "kvControlTestServices.h"
 #include "kvKalivo.h"
-#include "kvSqliteCalendar.h"
+#include "kvTestCalendar.h"
 #include "kvRecordset.h"
 #include "kvTestSupport.h"
 
@@ -26,10 +26,10 @@ kvDate at(int year, int month, int day, int hour = 0, int minute = 0)
 }
 
 // An SQLite appointment table with a few rows, connected to a control.
-struct Calendar : kvSqliteCalendar
+struct Calendar : kvTestCalendar
 {
     explicit Calendar(QSize size = QSize(1280, 800))
-        : kvSqliteCalendar(size)
+        : kvTestCalendar(size)
     {
     }
     // The texts of the rows in the cell that shows \a day, with the marker for continued ones.

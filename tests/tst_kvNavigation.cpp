@@ -5,7 +5,7 @@
 #include "kvConnection.h"
 #include "kvControlTestServices.h"
 #include "kvKalivo.h"
-#include "kvSqliteCalendar.h"
+#include "kvTestCalendar.h"
 #include "kvPdfPrinterService.h"
 #include "kvRecordset.h"
 
@@ -28,25 +28,16 @@ kvDate at(int year, int month, int day, int hour = 0, int minute = 0)
     return kvDate::fromDate(QDate(year, month, day), QTime(hour, minute));
 }
 
-struct Calendar : kvSqliteCalendar
+struct Calendar : kvTestCalendar
 {
     void press(const char *key)
     {
         control.findChild<QToolBar *>(QStringLiteral("ToolbarMain"))
             ->findChild<QAction *>(QString::fromLatin1(key))->trigger();
     }
-    void chooseMenuItem(int index)
-    {
-        control.findChild<QAction *>(QStringLiteral("KontextDay%1").arg(index))->trigger();
-    }
     QString status() const
     {
         return control.findChild<QStatusBar *>(QStringLiteral("StatusBar"))->findChild<QLabel *>()->text();
-    }
-    int dayLoads() const
-    {
-        return int(std::count_if(statements.cbegin(), statements.cend(),
-                                 [](const QString &sql) { return sql.contains(QStringLiteral("ORDER BY Termine.DateBegin")) && !sql.contains(QStringLiteral("NextDate")); }));
     }
 };
 

@@ -240,6 +240,9 @@ void ctlDay::ClearDates()
 
 void ctlDay::UnloadRows()
 {
+    // An unloaded row lets go of the mouse, as a destroyed window loses its capture.
+    ReleaseCapture();
+    m_pressCapture.reset();
     if (!m_entries)
         return;
     const QList<ctlEntry *> rows = m_entries->rows;

@@ -11,6 +11,11 @@
 class QPainter;
 
 /*!
+    \file kvCalendarPage.h
+    \brief kvCalendarPage, one printed calendar page: its content and how it is painted.
+*/
+
+/*!
     \brief One printed page of the calendar: what kvCalendarPrinter loaded, and how it looks.
 
     Days holds the week (7 days) or the month (42 days) Monday first, seven per row. Paint()
@@ -25,23 +30,25 @@ public:
     //! One appointment line: the row's shown time ("" all day, "<--" continued) and name.
     struct Entry
     {
-        QString Time;
-        QString Text;
+        QString Time;   //!< "hh:nn", "" for a whole-day appointment, "<--" for a continued one
+        QString Text;   //!< the appointment's name
     };
 
+    //! One day's box.
     struct Day
     {
-        kvDate Date;
-        QString HolidayName;
+        kvDate Date;                //!< the day (no time of day)
+        QString HolidayName;        //!< GetPublicHolidayName(), or empty
         bool OutsideMonth = false;  //!< a day of a neighbouring month in the month view
-        QList<Entry> Entries;
+        QList<Entry> Entries;       //!< the appointment lines, in DateBegin order
     };
 
     QString Caption;            //!< "November 2026", "Dez/Jan 2026"
-    QStringList WeekdayNames;   //!< Monday .. Sunday
-    QList<Day> Days;
+    QStringList WeekdayNames;   //!< Monday to Sunday
+    QList<Day> Days;            //!< 7 (week) or 42 (month) days, Monday first
     QString Footnote;           //!< at the foot of the page, up to two lines
 
+    //! 1 for a week, 6 for a month: seven days per row.
     int Rows() const { return int(Days.size()) / 7; }
     //! True for the week view: one tall row, larger type.
     bool IsWeek() const { return Rows() == 1; }

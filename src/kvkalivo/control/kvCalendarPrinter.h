@@ -16,6 +16,11 @@ class ctlDay;
 class kvAppointmentStore;
 
 /*!
+    \file kvCalendarPrinter.h
+    \brief kvCalendarPrinter, the routine behind kvKalivo::PrintCalendar().
+*/
+
+/*!
     \brief Calendar printing (PrintCalendar): the week or the month around a date on one
     landscape A4 page, through kvPlatform::printerService().
 
@@ -38,25 +43,30 @@ public:
     using DayLoader = std::function<void(const kvDate &day, ctlDay &cell)>;
 
     //! The kvView values.
-    static constexpr int Week = 1;
-    static constexpr int Month = 2;
+    static constexpr int Week = 1;   //!< kvKalivo::kvWeek: one week, Monday to Sunday
+    static constexpr int Month = 2;  //!< kvKalivo::kvMonth: 42 days around the month
 
+    //! What to print.
     struct Job
     {
         kvDate PrintDate;           //!< any time of day; the day counts
         int PrintView = Month;      //!< Week (1) or Month (2)
-        QString Footnote;
+        QString Footnote;           //!< kvKalivo's Footnote, at the foot of the page
         bool PublicHoliday = true;  //!< print the holiday names
-        QLocale Locale = kvDefaultLocale();
+        QLocale Locale = kvDefaultLocale(); //!< month and weekday names
         DayLoader LoadDay;          //!< empty: no appointments
     };
 
     //! Throws kvRuntimeError 5 for a PrintView other than 1 or 2, or an invalid PrintDate.
     explicit kvCalendarPrinter(Job job);
 
+    //! The job as given.
     const Job &job() const { return m_job; }
+    //! The first printed day (see FirstDayOf()).
     kvDate FirstDay() const { return FirstDayOf(m_job.PrintDate, m_job.PrintView); }
+    //! 7 for a week, 42 for a month.
     int DayCount() const { return m_job.PrintView == Week ? 7 : 42; }
+    //! The page's caption: the month caption of Part 3.1 ("November 2026", "Dez/Jan 2026").
     QString Caption() const;
     //! The print queue's name: "Kalender " + caption.
     QString DocumentName() const;

@@ -6,6 +6,11 @@
 #include <QString>
 
 /*!
+    \file kvError.h
+    \brief kvError, the error object of kvKalivo's \c Error signal.
+*/
+
+/*!
     \brief The error object handed to the host with the \c Error event (Part 1.3).
 
     One instance exists per thread. Every report overwrites both properties of that same
@@ -17,18 +22,30 @@
 class KVKALIVO_EXPORT kvError : public QObject
 {
     Q_OBJECT
+    /*!
+        Text of the underlying failure: the database engine's own message, a German VB run-time
+        text such as "Überlauf", or empty for FillGrid's pending code.
+    */
     Q_PROPERTY(QString Description READ Description WRITE setDescription)
+    /*!
+        The control's error code from Part 1.3's table: a fixed code (100 to 1000) or a base
+        plus the step that failed (900 to 910, 1100 to 1107, 13 to 20, 14 to 19, 1500 + step).
+        0 until the first report.
+    */
     Q_PROPERTY(qint16 Number READ Number WRITE setNumber)
 
 public:
+    //! An empty error object (Number 0); hosts normally use the thread's instance.
     explicit kvError(QObject *parent = nullptr);
 
     //! Text of the underlying failure.
     QString Description() const { return m_description; }
+    //! Sets the #Description; the control does so before every \c Error signal.
     void setDescription(const QString &description) { m_description = description; }
 
     //! The control's error code (Part 1.3's table).
     qint16 Number() const { return m_number; }
+    //! Sets the #Number; the control does so before every \c Error signal.
     void setNumber(qint16 number) { m_number = number; }
 
     //! The thread's current instance (created on first use).

@@ -9,6 +9,11 @@
 class kvError;
 
 /*!
+    \file kvErrorReporting.h
+    \brief kvErrorReporting: the two ways a failure is reported, and the RaiseErrorEvent switch.
+*/
+
+/*!
     \brief Part 1.3: how the control reports a failure, and the thread-wide RaiseErrorEvent switch.
 
     A failing routine catches its failure and calls one of the Report functions with its code;
@@ -17,16 +22,20 @@ class kvError;
 class KVKALIVO_EXPORT kvErrorReporting
 {
 public:
+    //! Emits the control's \c Error signal with the filled-in thread-wide kvError.
     using RaiseEvent = std::function<void(kvError &)>;
 
+    //! The message box style of a report: vbCritical (16) with the OK button only.
     static constexpr int MessageBoxStyleCritical = 16;
 
     //! The thread-wide switch behind every control's \c RaiseErrorEvent (default False).
     static bool RaiseErrorEvent();
+    //! Switches the reporting of every control of the calling thread; not persisted.
     static void setRaiseErrorEvent(bool raise);
 
     //! "kvKalivo-Fehlercode " + code + CR LF + description.
     static QString MessageText(int code, const QString &description);
+    //! The message box's title: "kvKalivo.ocx".
     static QString MessageTitle();
 
     //! A routine of the main control failed: the Error event when RaiseErrorEvent, else the message box.

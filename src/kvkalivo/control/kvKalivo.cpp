@@ -590,7 +590,12 @@ void kvKalivo::setDbDateFormat(enDbDateFormat format)
 
 void kvKalivo::setUserMode(bool userMode)
 {
+    if (m_userMode == userMode)
+        return;
     m_userMode = userMode;
+    // A container switching between design and run mode sees the grid change at once.
+    if (isVisible())
+        Relayout();
 }
 
 void kvKalivo::Refresh()
@@ -698,6 +703,7 @@ void kvKalivo::ArrangeGridStages(qint16 &step)
 
 void kvKalivo::UnloadDayCells()
 {
+    ReleaseRowCapture();
     for (int index = m_days->UBound(); index >= 1; --index) {
         if (m_days->isLoaded(index))
             m_days->Unload(index);
@@ -985,6 +991,7 @@ void kvKalivo::Reload()
 {
     try {
         HideToolTip();
+        ReleaseRowCapture(); // the rows that could hold the mouse are unloaded
         for (int index = 1; index <= DayCellCount(); ++index)
             (*m_days)(index)->ClearDates();
         FillGrid();
@@ -1214,6 +1221,7 @@ void kvKalivo::EditAppointmentSteps(qint16 action, qint16 &step)
     frmPicSelector::ThreadInstance().Reset();
     step = 5;
     frmEdit &editor = frmEdit::ThreadInstance();
+    editor.SetOwner(this);
     editor.SetDateValues(values.DateBegin, values.DateEnd, values.Name, values.Remark,
                          values.ImageID, values.Document, action);
     step = 6;
@@ -1396,8 +1404,6 @@ void kvKalivo::OnEntryMouseMove(qint16 dayIndex, qint16 entryIndex, qint32 x, qi
         else
             m_timerTooltip->start();
     } else {
-        m_capturedEntryIndex = -1;
-        m_capturedDayIndex = -1;
         m_timerTooltip->stop();
         m_timerTooltipOff->start();
         m_toolTip->hide();
@@ -1407,6 +1413,8 @@ void kvKalivo::OnEntryMouseMove(qint16 dayIndex, qint16 entryIndex, qint32 x, qi
 
 void kvKalivo::ReleaseRowCapture()
 {
+    m_capturedEntryIndex = -1;
+    m_capturedDayIndex = -1;
     for (int index = 1; index <= DayCellCount(); ++index)
         (*m_days)(index)->ReleaseCapture();
 }

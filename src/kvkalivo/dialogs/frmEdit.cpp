@@ -110,6 +110,13 @@ bool frmEdit::HasThreadInstance()
     return !threadEditor().isNull();
 }
 
+void frmEdit::SetOwner(QWidget *control)
+{
+    QWidget *owner = control ? control->window() : nullptr;
+    if (owner != parentWidget())
+        setParent(owner, windowFlags()); // stays a top-level dialog, now transient for the owner
+}
+
 template <typename Handler>
 void frmEdit::Guarded(Handler handler)
 {

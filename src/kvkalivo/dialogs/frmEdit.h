@@ -45,6 +45,12 @@ public:
     //! The thread's editor, created hidden on first use.
     static frmEdit &ThreadInstance();
     static bool HasThreadInstance();
+    /*!
+        Shows the editor as a window of \a control's window from now on: modal over it,
+        centred on it, and raised with it. The editor stays one per thread; when that window
+        goes away, the next ThreadInstance() is a new editor.
+    */
+    void SetOwner(QWidget *control);
     ~frmEdit() override;
 
     /*!

@@ -7,6 +7,11 @@
 #include <QString>
 
 /*!
+    \file PublicHolidays.h
+    \brief The holiday calendar of Part 4.1: German public and commemorative days.
+*/
+
+/*!
     \brief Easter Sunday of \a year by the spec's Gauss-type computation (Part 4.1).
 
     Years 1582 to 2399 use the spec's table of century constants; any other year is
@@ -28,5 +33,8 @@ KVKALIVO_EXPORT kvDate GetEasterSunday(qint16 year);
     to Easter, as GetEasterSunday cannot be asked for that year.
 */
 KVKALIVO_EXPORT QString GetPublicHolidayName(const kvDate &date);
-//! \overload An invalid \a date has no name.
+/*!
+    \overload
+    An invalid \a date has no name.
+*/
 KVKALIVO_EXPORT QString GetPublicHolidayName(QDate date);

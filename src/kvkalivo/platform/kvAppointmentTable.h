@@ -8,6 +8,11 @@
 class kvConnection;
 
 /*!
+    \file kvAppointmentTable.h
+    \brief kvAppointmentTable: creates the appointment table a kvKalivo reads and writes.
+*/
+
+/*!
     \brief Creates the appointment table of Part 2.2 for the connected engine.
 
     Columns DateID (key filled by the database), DateBegin, DateEnd, Name and, with

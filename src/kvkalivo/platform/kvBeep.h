@@ -2,11 +2,17 @@
 
 #include "kvkalivo_export.h"
 
+/*!
+    \file kvBeep.h
+    \brief kvBeep, the beep service (the editor beeps at an invalid time).
+*/
+
 //! The beep service. The real one is kvSystemBeep; tests use kvCountingBeep.
 class KVKALIVO_EXPORT kvBeep
 {
 public:
     virtual ~kvBeep();
 
+    //! Sounds the beep (VB's Beep).
     virtual void Beep() = 0;
 };

@@ -9,6 +9,11 @@
 class kvConnection;
 
 /*!
+    \file kvCommand.h
+    \brief kvCommand, ADO's Command: an SQL text with positional parameters.
+*/
+
+/*!
     \brief ADO's Command: ActiveConnection, CommandType, CommandText, Parameters, Execute.
 
     Parameters() are positional values for the "?" markers of CommandText; when empty the
@@ -17,18 +22,31 @@ class kvConnection;
 class KVKALIVO_EXPORT kvCommand
 {
 public:
-    enum CommandTypeEnum { adCmdUnspecified = -1, adCmdText = 1, adCmdTable = 2 };
+    //! ADO's CommandTypeEnum: how CommandText is read.
+    enum CommandTypeEnum {
+        adCmdUnspecified = -1, //!< as text (the default)
+        adCmdText = 1,         //!< an SQL text
+        adCmdTable = 2         //!< a table name: "SELECT * FROM " name
+    };
 
+    //! The connection the command runs on (not owned; watched, null once deleted).
     void setActiveConnection(kvConnection *connection) { m_connection = connection; }
+    //! The connection set by setActiveConnection(), or null.
     kvConnection *ActiveConnection() const { return m_connection; }
+    //! How CommandText is read: a CommandTypeEnum value.
     void setCommandType(int commandType) { m_commandType = commandType; }
+    //! The CommandTypeEnum value set; adCmdUnspecified by default.
     int CommandType() const { return m_commandType; }
+    //! The SQL text (or table name), "?" marking each parameter.
     void setCommandText(const QString &commandText) { m_commandText = commandText; }
+    //! The SQL text (or table name) set.
     QString CommandText() const { return m_commandText; }
+    //! The values for the "?" markers, in order; append to it before Execute().
     QVariantList &Parameters() { return m_parameters; }
+    //! \overload
     const QVariantList &Parameters() const { return m_parameters; }
 
-    //! Runs the command; returns the records affected, -1 for a query. Throws like kvConnection.
+    //! Runs the command; returns the records affected, -1 for a query. Throws like kvConnection, 3709 without a connection.
     int Execute();
 
     /*!

@@ -11,6 +11,11 @@
 class QSqlQuery;
 
 /*!
+    \file kvConnection.h
+    \brief kvConnection, the ADO-style connection a host hands to kvKalivo::setConnection().
+*/
+
+/*!
     \brief ADO's Connection over a QSqlDatabase: Provider, ConnectionString, State, Open,
     Close, Execute.
 
@@ -31,15 +36,32 @@ class QSqlQuery;
 class KVKALIVO_EXPORT kvConnection : public QObject
 {
     Q_OBJECT
+    /*!
+        The ADO connection string exactly as the host wrote it (see kvDataSource for the
+        forms understood); for a wrapped QSqlDatabase, one derived from its driver. Part 2.1's
+        dialect detection reads it: "SQL SERVER" or "SQLOLEDB" in it means SQL Server.
+    */
     Q_PROPERTY(QString ConnectionString READ ConnectionString WRITE setConnectionString)
+    /*!
+        ADO's Provider: the Provider element as written ("Microsoft.Jet.OLEDB.4.0",
+        "SQLOLEDB", …), "MSDASQL" for ODBC-style Driver= strings, "SQLite3" for SQLite.
+        Part 2.1 takes "Microsoft.Jet.OLEDB" in it for Access.
+    */
     Q_PROPERTY(QString Provider READ Provider)
+    //! ADO's State: adStateOpen (1) while open, adStateClosed (0) otherwise.
     Q_PROPERTY(int State READ State)
 
 public:
-    enum ObjectState { adStateClosed = 0, adStateOpen = 1 };
+    //! ADO's ObjectStateEnum, the values of State.
+    enum ObjectState {
+        adStateClosed = 0, //!< closed: kvKalivo disables "Next", "Previous" and "New"
+        adStateOpen = 1    //!< open
+    };
     Q_ENUM(ObjectState)
 
+    //! A closed connection without a connection string.
     explicit kvConnection(QObject *parent = nullptr);
+    //! Closes the connection (a wrapped QSqlDatabase is only let go of).
     ~kvConnection() override;
 
     //! A connection over the host's own \a database (open or not yet open).
@@ -47,12 +69,19 @@ public:
 
     //! The Provider element as written; "MSDASQL" for ODBC-style strings, "SQLite3" for SQLite.
     QString Provider() const;
+    //! The connection string as given; see the #ConnectionString property.
     QString ConnectionString() const { return m_connectionString; }
     //! Throws 3705 while the connection is open, as ADO does.
     void setConnectionString(const QString &connectionString);
+    //! adStateOpen (1) while open, else adStateClosed (0).
     int State() const;
 
-    //! Opens with \a connectionString, or with ConnectionString when it is empty.
+    /*!
+        Opens with \a connectionString, or with ConnectionString when it is empty. Throws 3705
+        when already open, 3001 for a malformed string, 3706 for an unknown Provider or a
+        missing Qt SQL driver, and ADO's E_FAIL with the engine's message when the database
+        cannot be opened.
+    */
     void Open(const QString &connectionString = QString());
     //! Closes; closing a closed connection does nothing. Open recordsets are closed first.
     void Close();
@@ -62,11 +91,15 @@ public:
     //! Runs \a sql with its positional "?" parameters bound to \a boundValues.
     void Execute(const QString &sql, const QVariantList &boundValues);
 
+    //! The Qt SQL connection underneath (the host's own one for Wrap()).
     QSqlDatabase Database() const { return m_database; }
+    //! The engine of the connection string or of the wrapped driver.
     kvDataSource::Engine engine() const { return m_source.engine(); }
+    //! True for a connection made by Wrap().
     bool isWrapped() const { return m_wrapped; }
 
 signals:
+    //! Emitted with every SQL text just before it runs, bound values as "?" (for logging and tests).
     void StatementExecuted(const QString &sql);
     //! Just before the connection closes: recordsets on it let go of their queries.
     void Closing();

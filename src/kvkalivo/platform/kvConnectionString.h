@@ -9,6 +9,11 @@
 #include <utility>
 
 /*!
+    \file kvConnectionString.h
+    \brief kvConnectionString: parsing and writing ADO/ODBC connection strings.
+*/
+
+/*!
     \brief An ADO/ODBC connection string: "key=value;key=value".
 
     Keys are compared case-insensitively with their blanks simplified ("data  source" is
@@ -22,17 +27,23 @@
 class KVKALIVO_EXPORT kvConnectionString
 {
 public:
+    //! An empty connection string: no elements.
     kvConnectionString() = default;
 
+    //! The elements of \a text; throws kvRuntimeError 3001 when it is malformed or empty.
     static kvConnectionString Parse(const QString &text);
 
+    //! The number of distinct keys.
     int Count() const { return int(m_pairs.size()); }
+    //! The keys, in the order they first appear (spelled as last written).
     QStringList Keys() const;
+    //! Whether \a key is present (case-insensitive, blanks simplified).
     bool Contains(const QString &key) const;
     //! The value of \a key; empty text when it is missing.
     QString Value(const QString &key) const;
     //! The value of the first of \a synonyms that is present.
     QString Value(const QStringList &synonyms) const;
+    //! Whether any of \a synonyms ("Data Source", "Server", …) is present.
     bool ContainsAny(const QStringList &synonyms) const;
 
     //! \a value as an ODBC value: in braces when it holds ";", "{", "}" or outer blanks.

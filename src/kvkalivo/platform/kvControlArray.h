@@ -13,6 +13,11 @@
 #include <type_traits>
 
 /*!
+    \file kvControlArray.h
+    \brief kvControlArray, VB's control array (Load, Unload, element by index).
+*/
+
+/*!
     \brief VB's control array: elements created and destroyed at run time by index.
 
     Element 0 is the hidden template; it is created by the constructor and cannot be
@@ -28,14 +33,17 @@ class kvControlArray
     static_assert(std::is_base_of_v<QObject, T>, "control array elements must be QObjects");
 
 public:
+    //! Creates the element for \a index (its parent, its look); must not return nullptr.
     using Factory = std::function<T *(int index)>;
 
+    //! An array called \a name whose elements \a factory makes; loads element 0, the template.
     kvControlArray(const QString &name, Factory factory)
         : m_name(name), m_factory(std::move(factory))
     {
         Load(0);
     }
 
+    //! Deletes every loaded element, the template included.
     ~kvControlArray()
     {
         for (const auto &[index, element] : m_elements)
@@ -44,8 +52,13 @@ public:
 
     Q_DISABLE_COPY_MOVE(kvControlArray)
 
+    //! The array's name, the prefix of its elements' objectNames.
     QString name() const { return m_name; }
 
+    /*!
+        Creates element \a index (0 to 32767) with the factory, names it and returns it.
+        Throws 340 outside that range and 360 when the index is already loaded.
+    */
     T *Load(int index)
     {
         if (index < 0 || index > maximumIndex)
@@ -60,6 +73,7 @@ public:
         return element;
     }
 
+    //! Deletes element \a index at once; throws 362 for 0 and 340 when it is not loaded.
     void Unload(int index)
     {
         if (index == 0)
@@ -69,6 +83,7 @@ public:
         delete element;
     }
 
+    //! The element \a index, as VB's array(index); throws 340 when it is not loaded.
     T *operator()(int index) const
     {
         const auto it = m_elements.find(index);
@@ -86,12 +101,13 @@ public:
 
     //! The loaded elements, the template included.
     int Count() const { return int(indexes().size()); }
+    //! The lowest loaded index: 0 while the template exists.
     int LBound() const
     {
         const QList<int> loaded = indexes();
         return loaded.isEmpty() ? 0 : loaded.constFirst();
     }
-    //! -1 when even the template is gone, so that LBound() .. UBound() is empty.
+    //! The highest loaded index; -1 when even the template is gone, so that LBound() .. UBound() is empty.
     int UBound() const
     {
         const QList<int> loaded = indexes();

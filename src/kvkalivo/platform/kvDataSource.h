@@ -8,6 +8,11 @@ class QSqlDatabase;
 class kvConnectionString;
 
 /*!
+    \file kvDataSource.h
+    \brief kvDataSource: which engine and Qt SQL driver an ADO connection string names.
+*/
+
+/*!
     \brief What an ADO connection string means for Qt SQL: engine, Qt driver and its settings.
 
     FromConnectionString() understands
@@ -26,8 +31,16 @@ class kvConnectionString;
 class KVKALIVO_EXPORT kvDataSource
 {
 public:
-    enum Engine { SQLite, MySql, SqlServer, Access, Odbc };
+    //! The database engine behind a connection; it chooses the dialect of ParameterizedSql.
+    enum Engine {
+        SQLite,    //!< the embedded engine (QSQLITE)
+        MySql,     //!< MySQL or MariaDB (QMYSQL)
+        SqlServer, //!< Microsoft SQL Server through FreeTDS (QODBC)
+        Access,    //!< an Access .mdb file through MDBTools (QODBC), read-only
+        Odbc       //!< any other ODBC data source (QODBC), passed on as written
+    };
 
+    //! What \a connectionString names; throws 3001 when malformed, 3706 for an unknown Provider.
     static kvDataSource FromConnectionString(const QString &connectionString);
     //! Provider and ConnectionString as read back from a host's own QSqlDatabase (no password).
     static kvDataSource FromDatabase(const QSqlDatabase &database);
@@ -35,16 +48,27 @@ public:
     //! "SQLite", "MariaDB", "SQLServer", "Access", "ODBC".
     static QString EngineName(Engine engine);
 
+    //! The engine the string names.
     Engine engine() const { return m_engine; }
+    //! The Provider as ADO reports it (see the class description).
     QString provider() const { return m_provider; }
+    //! The connection string as the host gave it (from FromDatabase(): as derived, without password).
     QString connectionString() const { return m_connectionString; }
+    //! The Qt SQL driver: "QSQLITE", "QMYSQL" or "QODBC".
     QString qtDriver() const { return m_qtDriver; }
+    //! QSqlDatabase::databaseName(): the file for SQLite, the database, or the ODBC connection string.
     QString databaseName() const { return m_databaseName; }
+    //! The server's host name; empty for files and ODBC strings.
     QString hostName() const { return m_hostName; }
+    //! The server's port; -1 for the driver's default.
     int port() const { return m_port; }
+    //! The user name; empty when none is given.
     QString userName() const { return m_userName; }
+    //! The password; empty when none is given.
     QString password() const { return m_password; }
+    //! QSqlDatabase::connectOptions(): connect and login timeouts, Access's read-only mode.
     QString connectOptions() const { return m_connectOptions; }
+    //! True for Access files, which MDBTools can only read.
     bool readOnly() const { return m_readOnly; }
 
 private:

@@ -9,6 +9,11 @@
 #include <optional>
 
 /*!
+    \file kvField.h
+    \brief kvField, one field of a recordset's current row, and the date conversions of the data layer.
+*/
+
+/*!
     \brief One field of a recordset's current row, as ADO's Field: Name and Value.
 
     Null is a null QVariant. Date and time columns arrive as QDateTime in Qt::UTC, used only
@@ -19,11 +24,16 @@
 class KVKALIVO_EXPORT kvField
 {
 public:
+    //! A field without name and record.
     kvField() = default;
+    //! The field \a name with \a value; \a hasRecord false stands for EOF.
     kvField(const QString &name, const QVariant &value, bool hasRecord = true);
 
+    //! The column name as the engine reports it.
     QString Name() const { return m_name; }
+    //! The value; a null QVariant for Null. Throws kvRuntimeError 3021 at EOF.
     QVariant Value() const;
+    //! Whether Value() is Null. Throws 3021 at EOF.
     bool IsNull() const;
     //! Value() as a date, like VB's CDate on a field: see ToDate().
     kvDate DateValue() const { return ToDate(Value()); }

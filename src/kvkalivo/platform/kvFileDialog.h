@@ -7,6 +7,11 @@
 class QWidget;
 
 /*!
+    \file kvFileDialog.h
+    \brief kvFileDialog, the file-open dialog service (VB's CommonDialog), with the filter conversion.
+*/
+
+/*!
     \brief The file-open dialog service, with VB CommonDialog filters.
 
     A VB filter is a "|"-separated list of description and pattern pairs, patterns separated
@@ -18,7 +23,11 @@ class KVKALIVO_EXPORT kvFileDialog
 public:
     virtual ~kvFileDialog();
 
-    //! The chosen file, or an empty string when the user cancelled.
+    /*!
+        Asks for one existing file and returns its path, or an empty string when the user
+        cancelled. \a parent owns the dialog, \a title is its caption, \a initialPath the
+        folder or file it starts in, \a vbFilter a VB filter (see the class description).
+    */
     virtual QString GetOpenFileName(QWidget *parent, const QString &title,
                                     const QString &initialPath, const QString &vbFilter) = 0;
 

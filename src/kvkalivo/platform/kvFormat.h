@@ -8,6 +8,14 @@
 
 #include <optional>
 
+/*!
+    \file kvFormat.h
+    \brief VB-style date formatting and parsing: Format(), CDate(), MonthName(), WeekdayName().
+
+    The patterns are the spec's ("dd-mm-yyyy", "hh:nn", "MMMM", "d mmm yyyy", "Short Date", …);
+    the names come from a QLocale, German unless the host sets another on the control.
+*/
+
 //! The control's locale unless the host sets another: German, Germany.
 KVKALIVO_EXPORT QLocale kvDefaultLocale();
 
@@ -31,6 +39,7 @@ KVKALIVO_EXPORT QString Format(const kvDate &value, const QString &pattern,
 */
 KVKALIVO_EXPORT std::optional<kvDate> CDate(const QString &text,
                                             const QLocale &locale = kvDefaultLocale());
+//! VB's IsDate: whether CDate() can read \a text.
 KVKALIVO_EXPORT bool IsDate(const QString &text, const QLocale &locale = kvDefaultLocale());
 
 //! VB's MonthName: \a month 1 .. 12, as Format's "mmmm" or, abbreviated, "mmm".

@@ -6,6 +6,11 @@
 #include <QString>
 
 /*!
+    \file kvMessageBox.h
+    \brief kvMessageBox, the message box service (VB's MsgBox), and its style and result codes.
+*/
+
+/*!
     \brief The message box service: VB's MsgBox with its style and result codes.
 
     The control's logic asks kvPlatform::messageBox() instead of showing a QMessageBox, so that
@@ -16,34 +21,37 @@ class KVKALIVO_EXPORT kvMessageBox
 public:
     //! VB's button styles; a style is the sum of one button set, one icon and one default button.
     enum Style {
-        vbOKOnly = 0,
-        vbOKCancel = 1,
-        vbAbortRetryIgnore = 2,
-        vbYesNoCancel = 3,
-        vbYesNo = 4,
-        vbRetryCancel = 5,
-        vbCritical = 16,
-        vbQuestion = 32,
-        vbExclamation = 48,
-        vbInformation = 64,
-        vbDefaultButton1 = 0,
-        vbDefaultButton2 = 256,
-        vbDefaultButton3 = 512
+        vbOKOnly = 0,           //!< button set: OK
+        vbOKCancel = 1,         //!< button set: OK, Cancel
+        vbAbortRetryIgnore = 2, //!< button set: Abort, Retry, Ignore
+        vbYesNoCancel = 3,      //!< button set: Yes, No, Cancel (the control's questions: style 35)
+        vbYesNo = 4,            //!< button set: Yes, No
+        vbRetryCancel = 5,      //!< button set: Retry, Cancel
+        vbCritical = 16,        //!< icon: critical stop (the control's error reports: style 16)
+        vbQuestion = 32,        //!< icon: question mark
+        vbExclamation = 48,     //!< icon: warning
+        vbInformation = 64,     //!< icon: information
+        vbDefaultButton1 = 0,   //!< the first button is the default
+        vbDefaultButton2 = 256, //!< the second button is the default
+        vbDefaultButton3 = 512  //!< the third button is the default
     };
 
     //! VB's result codes: the button that was pressed.
     enum Result {
-        vbOK = 1,
-        vbCancel = 2,
-        vbAbort = 3,
-        vbRetry = 4,
-        vbIgnore = 5,
-        vbYes = 6,
-        vbNo = 7
+        vbOK = 1,     //!< OK
+        vbCancel = 2, //!< Cancel, or Escape where there is a Cancel button
+        vbAbort = 3,  //!< Abort
+        vbRetry = 4,  //!< Retry
+        vbIgnore = 5, //!< Ignore
+        vbYes = 6,    //!< Yes
+        vbNo = 7      //!< No
     };
 
+    //! The bits of a style that choose the button set (vbOKOnly .. vbRetryCancel).
     static constexpr int ButtonSetMask = 0x7;
+    //! The bits of a style that choose the icon (vbCritical .. vbInformation).
     static constexpr int IconMask = 0x70;
+    //! The bits of a style that choose the default button.
     static constexpr int DefaultButtonMask = 0x300;
 
     virtual ~kvMessageBox();

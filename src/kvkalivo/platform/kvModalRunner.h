@@ -5,6 +5,11 @@
 class QDialog;
 
 /*!
+    \file kvModalRunner.h
+    \brief kvModalRunner, the service that runs the control's dialogs modally.
+*/
+
+/*!
     \brief Runs a dialog modally. The real one is kvSystemModalRunner (QDialog::exec());
     tests use kvScriptedModalRunner, which runs a script instead of the event loop.
 */

@@ -12,6 +12,11 @@ class QPagedPaintDevice;
 class QWidget;
 
 /*!
+    \file kvPrinterService.h
+    \brief kvPrinterService, the printer service behind kvKalivo::PrintCalendar().
+*/
+
+/*!
     \brief The printer service: sends the pages of a print job to a printer.
 
     The real one is kvSystemPrinterService (print dialog, then a preview); tests use
@@ -23,11 +28,12 @@ public:
     //! Paints every page on \a device (QPainter on it, newPage() between pages).
     using Render = std::function<void(QPagedPaintDevice &device)>;
 
+    //! What to print.
     struct Job
     {
         QString DocumentName;            //!< the name the print queue shows
         QPageLayout PageLayout = A4Landscape();  //!< the device has it before Pages runs
-        Render Pages;
+        Render Pages;                    //!< paints the pages; may run more than once
     };
 
     virtual ~kvPrinterService();

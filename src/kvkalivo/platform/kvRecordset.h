@@ -21,6 +21,11 @@ class kvCommand;
 class kvConnection;
 
 /*!
+    \file kvRecordset.h
+    \brief kvRecordset, ADO's forward-only Recordset over a kvConnection.
+*/
+
+/*!
     \brief ADO's Recordset, forward-only: Open, EOF, Fields, MoveNext, AddNew, Update, Close.
 
     Open runs the source over the connection (adCmdTable sends "SELECT * FROM " source, the
@@ -43,32 +48,69 @@ class kvConnection;
 class KVKALIVO_EXPORT kvRecordset
 {
 public:
-    enum CursorTypeEnum { adOpenUnspecified = -1, adOpenForwardOnly = 0, adOpenKeyset = 1, adOpenDynamic = 2,
-                          adOpenStatic = 3 };
-    enum LockTypeEnum { adLockUnspecified = -1, adLockReadOnly = 1, adLockPessimistic = 2, adLockOptimistic = 3,
-                        adLockBatchOptimistic = 4 };
-    enum CommandTypeEnum { adCmdUnspecified = -1, adCmdText = 1, adCmdTable = 2 };
-    enum ObjectState { adStateClosed = 0, adStateOpen = 1 };
+    //! ADO's CursorTypeEnum; accepted for compatibility, every recordset reads forward only.
+    enum CursorTypeEnum {
+        adOpenUnspecified = -1, //!< not given
+        adOpenForwardOnly = 0,  //!< forward only (what every recordset is)
+        adOpenKeyset = 1,       //!< keyset (Part 2.3's insert asks for it)
+        adOpenDynamic = 2,      //!< dynamic
+        adOpenStatic = 3        //!< static
+    };
+    //! ADO's LockTypeEnum; any lock other than read-only/unspecified allows AddNew on one table.
+    enum LockTypeEnum {
+        adLockUnspecified = -1,   //!< not given: read-only
+        adLockReadOnly = 1,       //!< read-only
+        adLockPessimistic = 2,    //!< updatable (Part 2.3's insert)
+        adLockOptimistic = 3,     //!< updatable
+        adLockBatchOptimistic = 4 //!< updatable
+    };
+    //! ADO's CommandTypeEnum, the \c options of Open().
+    enum CommandTypeEnum {
+        adCmdUnspecified = -1, //!< the source is an SQL text (a kvCommand's own CommandType applies)
+        adCmdText = 1,         //!< the source is an SQL text
+        adCmdTable = 2         //!< the source is a table name: "SELECT * FROM " source
+    };
+    //! ADO's ObjectStateEnum, the values of State().
+    enum ObjectState {
+        adStateClosed = 0, //!< closed
+        adStateOpen = 1    //!< open
+    };
 
+    //! A closed recordset.
     kvRecordset();
+    //! Closes the recordset; a row being added is not written.
     ~kvRecordset();
-    kvRecordset(const kvRecordset &) = delete;
-    kvRecordset &operator=(const kvRecordset &) = delete;
+    kvRecordset(const kvRecordset &) = delete;            //!< Not copyable.
+    kvRecordset &operator=(const kvRecordset &) = delete; //!< Not copyable.
 
+    /*!
+        Runs \a source, an SQL text or with \a options adCmdTable a table name, on the open
+        \a connection and stands on the first row. \a cursorType is ignored; \a lockType
+        decides whether AddNew() is allowed. Throws 3709 without an open connection, 3705 when
+        already open, or the engine's message when it refuses the statement.
+    */
     void Open(const QString &source, kvConnection *connection, int cursorType = adOpenForwardOnly,
               int lockType = adLockUnspecified, int options = adCmdUnspecified);
+    //! Runs \a command (its connection, text, type and parameters); \a options, when given, overrides its CommandType.
     void Open(kvCommand &command, int cursorType = adOpenForwardOnly, int lockType = adLockUnspecified,
               int options = adCmdUnspecified);
+    //! Lets go of the rows; a row being added is not written. Does nothing when closed.
     void Close();
 
+    //! adStateOpen (1) while open, else adStateClosed (0).
     int State() const { return m_open ? adStateOpen : adStateClosed; }
+    //! True after the last row (or for an empty result); throws 3704 when closed.
     bool EOF() const;
+    //! The current row's fields; throws 3704 when closed.
     kvFields Fields() const;
+    //! Goes on to the next row (writing a row being added first); throws 3021 at EOF.
     void MoveNext();
 
+    //! Starts a new row, all fields Null; throws 3251 unless opened updatable on a table.
     void AddNew();
     //! Fields(field).Value = value on the row being added.
     void setValue(const QString &field, const QVariant &value);
+    //! Inserts the row being added (see the class description); does nothing otherwise.
     void Update();
 
     //! The SQL text the recordset was opened with.

@@ -7,6 +7,11 @@
 #include <stdexcept>
 
 /*!
+    \file kvRuntimeError.h
+    \brief kvRuntimeError, the exception behind every reported failure and every data-layer error.
+*/
+
+/*!
     \brief A run-time failure carrying a VB error number and its German description.
 
     The control's routines throw it; their error reporting (Part 1.3) catches it and reports
@@ -17,17 +22,20 @@ class KVKALIVO_EXPORT kvRuntimeError : public std::runtime_error
 public:
     //! VB's numbers of the failures the platform layer raises itself.
     enum Number {
-        Overflow = 6,
-        DivisionByZero = 11,
-        ControlArrayElementMissing = 340,
-        ObjectAlreadyLoaded = 360,
-        CannotUnloadDesignTimeControl = 362,
+        Overflow = 6,                        //!< "Überlauf": a value does not fit its integer type
+        DivisionByZero = 11,                 //!< "Division durch Null"
+        ControlArrayElementMissing = 340,    //!< a control-array index that is not loaded
+        ObjectAlreadyLoaded = 360,           //!< Load() of an index already loaded
+        CannotUnloadDesignTimeControl = 362, //!< Unload() of element 0, the template
     };
 
+    //! A failure with VB's (or ADO's) \a number and its text \a description.
     kvRuntimeError(int number, const QString &description);
     ~kvRuntimeError() override;
 
+    //! The VB or ADO error number (see Number and kvAdoError::Number).
     int number() const noexcept { return m_number; }
+    //! The German text of the failure, or the engine's own message.
     QString description() const { return m_description; }
 
     //! 6 "Überlauf": a value does not fit its integer type.

@@ -7,6 +7,11 @@
 #include <type_traits>
 
 /*!
+    \file kvScopedService.h
+    \brief kvScopedService: installs a test service for the lifetime of a scope.
+*/
+
+/*!
     \brief Installs a service on the current thread for the lifetime of a scope, then puts
     back whatever was installed before.
 
@@ -24,11 +29,13 @@ public:
     using Service = std::remove_pointer_t<decltype(kvPlatform::exchange(
             static_cast<Implementation *>(nullptr)))>;
 
+    //! Installs \a service (not owned) on the current thread.
     explicit kvScopedService(Implementation &service)
         : m_previous(kvPlatform::exchange(static_cast<Service *>(&service)))
     {
     }
 
+    //! Puts back the service installed before.
     ~kvScopedService() { kvPlatform::exchange(m_previous); }
 
 private:

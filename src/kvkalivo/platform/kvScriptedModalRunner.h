@@ -12,6 +12,11 @@
 class QDialog;
 
 /*!
+    \file kvScriptedModalRunner.h
+    \brief kvScriptedModalRunner, a modal runner for tests that scripts the user.
+*/
+
+/*!
     \brief A modal runner for tests: each Exec() runs the next queued action instead of an
     event loop.
 
@@ -24,11 +29,15 @@ class QDialog;
 class KVKALIVO_EXPORT kvScriptedModalRunner : public kvModalRunner
 {
 public:
+    //! Plays the user on the shown dialog and returns its result code (QDialog::Accepted, ...).
     using Action = std::function<int(QDialog &)>;
 
+    //! Records \a dialog and runs the next queued action on it (see the class description).
     int Exec(QDialog &dialog) override;
 
+    //! Queues \a action for a later Exec().
     void Enqueue(Action action) { m_actions.enqueue(std::move(action)); }
+    //! The queued actions not used yet.
     int PendingActions() const { return int(m_actions.size()); }
 
     //! An action that calls the dialog's accept(), as the OK button does.
@@ -40,7 +49,9 @@ public:
     const QList<QPointer<QDialog>> &Dialogs() const { return m_dialogs; }
     //! The objectNames of the dialogs run so far, in order.
     const QStringList &DialogNames() const { return m_dialogNames; }
+    //! The number of Exec() calls so far.
     int ExecCount() const { return int(m_dialogs.size()); }
+    //! Forgets the queued actions and the recorded dialogs.
     void Clear();
 
 private:

@@ -6,6 +6,11 @@
 #include <QSettings>
 
 /*!
+    \file kvSettingsPropertyBag.h
+    \brief kvSettingsPropertyBag, a property bag over the host's QSettings.
+*/
+
+/*!
     \brief A property bag over a QSettings that the host owns, optionally under a group.
 
     Values are written so that an INI file stays readable and editable: dates as ISO text
@@ -16,13 +21,22 @@
 class KVKALIVO_EXPORT kvSettingsPropertyBag : public kvPropertyBag
 {
 public:
+    /*!
+        A bag over \a settings (not owned; watched, so a deleted QSettings reads as empty)
+        that keeps the properties under \a group ("kvKalivo/View"), or at the top level when
+        \a group is empty.
+    */
     explicit kvSettingsPropertyBag(QSettings *settings, const QString &group = QString());
 
+    //! The value under Key(\a name), or \a defaultValue when it is missing or unreadable.
     QVariant ReadProperty(const QString &name, const QVariant &defaultValue) const override;
+    //! Writes \a value under Key(\a name), or removes the key when it equals \a defaultValue.
     void WriteProperty(const QString &name, const QVariant &value,
                        const QVariant &defaultValue) override;
 
+    //! The QSettings written to; null once the host deleted it.
     QSettings *Settings() const { return m_settings; }
+    //! The settings group the keys are under; empty for the top level.
     QString Group() const { return m_group; }
     //! The settings key of a property: "group/name", or the name when there is no group.
     QString Key(const QString &name) const;

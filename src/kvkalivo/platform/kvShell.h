@@ -5,6 +5,11 @@
 #include <QString>
 
 /*!
+    \file kvShell.h
+    \brief kvShell, the shell service that opens linked documents (Part 5.1).
+*/
+
+/*!
     \brief The shell service: opening a document with its program, as ShellExecute's "open".
 
     The real one is kvSystemShell; tests use kvScriptedShell.
@@ -26,5 +31,6 @@ public:
     //! Lets the user choose a program to open \a path with; false when nothing can offer a choice.
     virtual bool OpenWith(const QString &path) = 0;
 
+    //! Whether a ShellExecuteOpen() \a result means success (above 32).
     static constexpr bool Succeeded(int result) { return result > 32; }
 };

@@ -2,6 +2,11 @@
 
 #include "kvBeep.h"
 
+/*!
+    \file kvSystemBeep.h
+    \brief kvSystemBeep, the beep service's real implementation.
+*/
+
 //! The real beep: QApplication::beep().
 class KVKALIVO_EXPORT kvSystemBeep : public kvBeep
 {

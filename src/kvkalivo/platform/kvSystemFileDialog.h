@@ -2,6 +2,11 @@
 
 #include "kvFileDialog.h"
 
+/*!
+    \file kvSystemFileDialog.h
+    \brief kvSystemFileDialog, the file dialog service's real implementation.
+*/
+
 //! The real file-open dialog: QFileDialog::getOpenFileName() with the converted filter.
 class KVKALIVO_EXPORT kvSystemFileDialog : public kvFileDialog
 {

@@ -3,6 +3,11 @@
 #include "kvMessageBox.h"
 
 /*!
+    \file kvSystemMessageBox.h
+    \brief kvSystemMessageBox, the message box service's real implementation.
+*/
+
+/*!
     \brief The real message box: a modal QMessageBox over the application's active window.
 
     Where VB ignores Escape and the close box (Yes/No, Abort/Retry/Ignore), Qt's message box

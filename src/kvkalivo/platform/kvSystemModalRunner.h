@@ -2,6 +2,11 @@
 
 #include "kvModalRunner.h"
 
+/*!
+    \file kvSystemModalRunner.h
+    \brief kvSystemModalRunner, the modal runner's real implementation.
+*/
+
 //! The real modal runner: QDialog::exec().
 class KVKALIVO_EXPORT kvSystemModalRunner : public kvModalRunner
 {

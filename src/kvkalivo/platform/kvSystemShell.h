@@ -5,6 +5,11 @@
 #include <QStringList>
 
 /*!
+    \file kvSystemShell.h
+    \brief kvSystemShell, the shell service's real implementation.
+*/
+
+/*!
     \brief The real shell: QDesktopServices for "open", the desktop portal's chooser for "open with".
 
     ShellExecuteOpen() answers FileNotFound for a path that does not exist and NoAssociation when

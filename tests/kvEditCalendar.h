@@ -1,0 +1,89 @@
+#pragma once
+
+#include "ctlDay.h"
+#include "ctlEntry.h"
+#include "kvScriptedModalRunner.h"
+#include "kvTestCalendar.h"
+
+#include <QDialog>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QtTest>
+
+/*!
+    The edit-flow tests' calendar: the week view of 16 .. 22 November 2026 (today is the
+    Sunday 22 November), driven with the mouse as a user would.
+*/
+struct kvEditCalendar : kvTestCalendar
+{
+    static inline const QDate Today{2026, 11, 22};
+
+    explicit kvEditCalendar(Database database = Database::Sqlite)
+        : kvTestCalendar(QSize(1000, 700), database)
+    {
+    }
+
+    static kvDate at(int day, int hour = 0, int minute = 0)
+    {
+        return kvDate::fromDate(QDate(2026, 11, day), QTime(hour, minute));
+    }
+
+    //! Day cell of 16 .. 22 November.
+    ctlDay *cell(int day) { return control.DayCell(day - 15); }
+
+    QPoint rowPoint(int day, int row)
+    {
+        const ctlEntry *entry = cell(day)->Entries(qint16(row));
+        return QPoint(entry->Left() + entry->Width() / 2, entry->Top() + entry->Height() / 2);
+    }
+
+    void doubleClickRow(int day, int row) { doubleClick(cell(day), rowPoint(day, row)); }
+
+    //! Through the window, as a real double-click arrives (press, release, double-click, release).
+    void doubleClick(QWidget *widget, QPoint point)
+    {
+        QTest::mouseDClick(control.windowHandle(), Qt::LeftButton, Qt::NoModifier,
+                           widget->mapTo(&control, point));
+    }
+
+    //! The pointer moves onto the row (a row that holds the mouse lets go), then right-clicks.
+    void rightClickRow(int day, int row)
+    {
+        const QPoint point = rowPoint(day, row);
+        QMouseEvent move(QEvent::MouseMove, point, cell(day)->mapToGlobal(point), Qt::NoButton,
+                         Qt::NoButton, Qt::NoModifier);
+        QApplication::sendEvent(cell(day), &move);
+        QTest::mouseClick(cell(day), Qt::RightButton, Qt::NoModifier, point);
+    }
+
+    //! How many INSERT, UPDATE and DELETE texts were sent.
+    int writes() const
+    {
+        return int(std::count_if(statements.cbegin(), statements.cend(), [](const QString &sql) {
+            return sql.startsWith(QStringLiteral("UPDATE"), Qt::CaseInsensitive)
+                || sql.startsWith(QStringLiteral("DELETE"), Qt::CaseInsensitive)
+                || sql.startsWith(QStringLiteral("INSERT"), Qt::CaseInsensitive);
+        }));
+    }
+
+    void reload() { control.Refresh(); }
+
+    //! An editor session that types \a name into "txtName" and presses OK.
+    static kvScriptedModalRunner::Action typeName(const QString &name)
+    {
+        return [name](QDialog &dialog) {
+            dialog.findChild<QLineEdit *>(QStringLiteral("txtName"))->setText(name);
+            dialog.findChild<QPushButton *>(QStringLiteral("cmdOK"))->click();
+            return int(QDialog::Accepted);
+        };
+    }
+
+    //! An editor session that presses \a button.
+    static kvScriptedModalRunner::Action pressButton(const char *button)
+    {
+        return [button](QDialog &dialog) {
+            dialog.findChild<QPushButton *>(QString::fromLatin1(button))->click();
+            return int(QDialog::Accepted);
+        };
+    }
+};

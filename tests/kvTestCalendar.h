@@ -1,0 +1,117 @@
+#pragma once
+
+#include "kvAppointmentTable.h"
+#include "kvConnection.h"
+#include "kvDataTestSupport.h"
+#include "kvFields.h"
+#include "kvKalivo.h"
+#include "kvRecordset.h"
+
+#include <QAction>
+#include <QDateTime>
+#include <QSize>
+#include <QStringList>
+#include <QTemporaryDir>
+
+/*!
+    A shown kvKalivo (ParameterizedSql on) on a fresh appointment table, with every SQL text
+    the connection sends recorded in \c statements. On SQLite the table is "Termine" in a
+    temporary file; on MariaDB it is "EditTermine" in the CTest fixture's server, dropped and
+    created anew. Without the server the test aborts with the reason: it never passes unseen.
+*/
+struct kvTestCalendar
+{
+    enum class Database { Sqlite, MariaDb };
+
+    explicit kvTestCalendar(QSize size = QSize(1000, 700), Database database = Database::Sqlite)
+        : table(database == Database::Sqlite ? QStringLiteral("Termine") : QStringLiteral("EditTermine"))
+    {
+        connection.Open(connectionString(database));
+        if (database == Database::MariaDb)
+            connection.Execute(QStringLiteral("DROP TABLE IF EXISTS ") + table);
+        kvAppointmentTable::Create(connection, table);
+        control.setParameterizedSql(true);
+        control.setRecordSource(table);
+        control.setConnection(&connection);
+        control.resize(size);
+        control.show();
+        QObject::connect(&connection, &kvConnection::StatementExecuted,
+                         [this](const QString &sql) { statements << sql; });
+    }
+
+    void add(const kvDate &begin, const kvDate &end, const QString &name, int imageId = 0)
+    {
+        kvRecordset recordset;
+        recordset.Open(table, &connection, 1, 2, 2);
+        recordset.AddNew();
+        recordset.setValue(QStringLiteral("DateBegin"), QVariant::fromValue(begin.toDateTime()));
+        recordset.setValue(QStringLiteral("DateEnd"), QVariant::fromValue(end.toDateTime()));
+        recordset.setValue(QStringLiteral("Name"), name);
+        recordset.setValue(QStringLiteral("ImageID"), imageId);
+        recordset.Update();
+        recordset.Close();
+    }
+
+    //! The values of \a column of every row, in the order of DateID.
+    QVariantList column(const QString &name)
+    {
+        QVariantList result;
+        kvRecordset recordset;
+        recordset.Open(QStringLiteral("SELECT %1 FROM %2 ORDER BY DateID").arg(name, table), &connection);
+        while (!recordset.EOF()) {
+            result << recordset.Fields()[name].Value();
+            recordset.MoveNext();
+        }
+        recordset.Close();
+        return result;
+    }
+
+    QStringList names()
+    {
+        QStringList result;
+        for (const QVariant &value : column(QStringLiteral("Name")))
+            result << value.toString();
+        return result;
+    }
+
+    QList<QDateTime> begins()
+    {
+        QList<QDateTime> result;
+        for (const QVariant &value : column(QStringLiteral("DateBegin")))
+            result << value.toDateTime();
+        return result;
+    }
+
+    //! Triggers item \a index of the day cells' context menu ("KontextDay<index>").
+    void chooseMenuItem(int index)
+    {
+        control.findChild<QAction *>(QStringLiteral("KontextDay%1").arg(index))->trigger();
+    }
+
+    //! How many day loads (Part 2.2's per-day query) the control sent.
+    int dayLoads() const
+    {
+        const QString dayOrder = QStringLiteral("ORDER BY %1.DateBegin").arg(table);
+        return int(std::count_if(statements.cbegin(), statements.cend(), [&dayOrder](const QString &sql) {
+            return sql.contains(dayOrder) && !sql.contains(QStringLiteral("NextDate"));
+        }));
+    }
+
+    QTemporaryDir folder;
+    const QString table;
+    kvConnection connection;
+    kvKalivo control;
+    QStringList statements;
+
+private:
+    QString connectionString(Database database) const
+    {
+        if (database == Database::Sqlite)
+            return QStringLiteral("Driver=SQLite3;Database=%1").arg(folder.filePath(QStringLiteral("t.db")));
+        QString problem;
+        const QString mariaDb = readMariaDbInfo(&problem).value(QStringLiteral("connection_string"));
+        if (mariaDb.isEmpty())
+            qFatal("kvTestCalendar needs the MariaDB fixture: %s", qPrintable(problem));
+        return mariaDb;
+    }
+};

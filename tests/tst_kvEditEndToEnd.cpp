@@ -1,0 +1,154 @@
+// The edit flow as a user lives it (Parts 2.3, 3.6, 5.1), on a real database with ParameterizedSql:
+// built twice, as tst_kvEditEndToEnd on SQLite and as tst_kvEditEndToEndMariaDb on the CTest
+// fixture's MariaDB server (KV_END_TO_END_ON_MARIADB).
+#include "frmEdit.h"
+#include "kvControlTestServices.h"
+#include "kvEditCalendar.h"
+#include "kvKalivo.h"
+#include "kvMessageBox.h"
+#include "kvScopedService.h"
+#include "kvScriptedModalRunner.h"
+
+#include <QtTest>
+
+namespace {
+
+using Calendar = kvEditCalendar;
+const QDate fixedToday = kvEditCalendar::Today;
+#ifdef KV_END_TO_END_ON_MARIADB
+const auto database = kvTestCalendar::Database::MariaDb;
+#else
+const auto database = kvTestCalendar::Database::Sqlite;
+#endif
+
+kvDate at(int day, int hour = 0, int minute = 0)
+{
+    return kvEditCalendar::at(day, hour, minute);
+}
+
+const auto typeName = kvEditCalendar::typeName;
+const auto pressButton = kvEditCalendar::pressButton;
+
+} // namespace
+
+class tst_kvEditEndToEnd : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void doubleClickRowChangesNameWithApostrophe();
+    void doubleClickDayCreatesAppointmentOnThatDay();
+    void editorDeleteButtonAsksAndDeletes();
+    void databaseEventsWithHostCancellingWriteNothing();
+};
+
+void tst_kvEditEndToEnd::doubleClickRowChangesNameWithApostrophe()
+{
+    kvControlTestServices services(fixedToday);
+    kvScriptedModalRunner runner;
+    kvScopedService installed(runner);
+    Calendar calendar(database);
+    calendar.add(at(18, 10), at(18, 11), QStringLiteral("Müller"));
+    calendar.add(at(18, 12), at(18, 13), QStringLiteral("Mittag"));
+    calendar.reload();
+    runner.Enqueue(typeName(QStringLiteral("O'Brien")));
+    calendar.doubleClickRow(18, 1);
+    QCOMPARE(runner.ExecCount(), 1);
+    QCOMPARE(runner.DialogNames().constFirst(), QStringLiteral("frmEdit"));
+    // Shown with the control as owner: a window of its own, modal over the control's window.
+    QCOMPARE(frmEdit::ThreadInstance().parentWidget(), calendar.control.window());
+    QVERIFY(frmEdit::ThreadInstance().isWindow());
+    QCOMPARE(services.messageBox().CallCount(), 0);
+    QCOMPARE(calendar.names(), (QStringList{QStringLiteral("O'Brien"), QStringLiteral("Mittag")}));
+    QCOMPARE(calendar.begins().constFirst(), at(18, 10).toDateTime());
+    QCOMPARE(calendar.cell(18)->Entries(1)->Text(), QStringLiteral("O'Brien"));
+    QCOMPARE(calendar.control.ActualDate(), QDate(2026, 11, 18));
+
+    // The second row through the context menu's "Bearbeiten...".
+    runner.Enqueue(typeName(QStringLiteral("Mittagessen")));
+    calendar.rightClickRow(18, 2);
+    calendar.chooseMenuItem(1);
+    QCOMPARE(calendar.names(), (QStringList{QStringLiteral("O'Brien"), QStringLiteral("Mittagessen")}));
+    QCOMPARE(calendar.cell(18)->Entries(2)->Text(), QStringLiteral("Mittagessen"));
+}
+
+void tst_kvEditEndToEnd::doubleClickDayCreatesAppointmentOnThatDay()
+{
+    kvControlTestServices services(fixedToday);
+    kvScriptedModalRunner runner;
+    kvScopedService installed(runner);
+    Calendar calendar(database);
+    calendar.control.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&calendar.control));
+    runner.Enqueue(typeName(QStringLiteral("Zahnarzt")));
+    ctlDay *day = calendar.cell(17);
+    calendar.doubleClick(day, QPoint(day->width() / 2, day->height() / 2));
+    QCOMPARE(runner.ExecCount(), 1);
+    QCOMPARE(calendar.control.SelectedEntryIndex(), qint16(-1));
+    QCOMPARE(calendar.names(), QStringList{QStringLiteral("Zahnarzt")});
+    QCOMPARE(calendar.begins().constFirst().date(), QDate(2026, 11, 17));
+    QCOMPARE(calendar.cell(17)->EntriesCount(), 1);
+    QCOMPARE(calendar.cell(17)->Entries(1)->Text(), QStringLiteral("Zahnarzt"));
+}
+
+void tst_kvEditEndToEnd::editorDeleteButtonAsksAndDeletes()
+{
+    kvControlTestServices services(fixedToday);
+    kvScriptedModalRunner runner;
+    kvScopedService installed(runner);
+    Calendar calendar(database);
+    calendar.add(at(18, 10), at(18, 11), QStringLiteral("Müller"));
+    calendar.reload();
+    runner.Enqueue(pressButton("cmdDelete"));
+    services.messageBox().EnqueueAnswer(kvMessageBox::vbNo);
+    calendar.doubleClickRow(18, 1);
+    QCOMPARE(services.messageBox().LastCall().prompt, QStringLiteral("Termin <10:00 Müller> löschen?"));
+    QCOMPARE(calendar.names(), QStringList{QStringLiteral("Müller")});
+    QCOMPARE(calendar.cell(18)->EntriesCount(), 1);
+
+    runner.Enqueue(pressButton("cmdDelete"));
+    services.messageBox().EnqueueAnswer(kvMessageBox::vbYes);
+    calendar.doubleClickRow(18, 1);
+    QVERIFY(calendar.names().isEmpty());
+    QCOMPARE(calendar.cell(18)->EntriesCount(), 0);
+}
+
+void tst_kvEditEndToEnd::databaseEventsWithHostCancellingWriteNothing()
+{
+    kvControlTestServices services(fixedToday);
+    kvScriptedModalRunner runner;
+    kvScopedService installed(runner);
+    Calendar calendar(database);
+    calendar.add(at(18, 10), at(18, 11), QStringLiteral("Müller"));
+    calendar.reload();
+    calendar.control.setRaiseDatabaseEvents(true);
+    int changes = 0, news = 0, deletes = 0;
+    QObject::connect(&calendar.control, &kvKalivo::DateChange,
+                     [&](qint32 &, QDateTime &, QDateTime &, QString &, QString &, QString &, qint16 &,
+                         bool &bCancel) { ++changes; bCancel = true; });
+    QObject::connect(&calendar.control, &kvKalivo::DateNew,
+                     [&](QDateTime &, QDateTime &, QString &, QString &, QString &, qint16 &,
+                         bool &bCancel) { ++news; bCancel = true; });
+    QObject::connect(&calendar.control, &kvKalivo::DateDelete,
+                     [&](qint32 &, QDateTime &, QDateTime &, QString &, QString &, QString &,
+                         bool &bCancel) { ++deletes; bCancel = true; });
+    calendar.statements.clear();
+
+    runner.Enqueue(typeName(QStringLiteral("O'Brien")));
+    calendar.doubleClickRow(18, 1);
+    runner.Enqueue(typeName(QStringLiteral("Neu")));
+    calendar.doubleClick(calendar.cell(19), QPoint(40, 80));
+    runner.Enqueue(pressButton("cmdDelete"));
+    calendar.doubleClickRow(18, 1);
+
+    QCOMPARE(changes, 1);
+    QCOMPARE(news, 1);
+    QCOMPARE(deletes, 1);
+    QCOMPARE(services.messageBox().CallCount(), 0);
+    QVERIFY2(calendar.statements.isEmpty(), qPrintable(calendar.statements.join(QLatin1Char('\n'))));
+    QCOMPARE(calendar.names(), QStringList{QStringLiteral("Müller")});
+    QCOMPARE(calendar.cell(18)->Entries(1)->Text(), QStringLiteral("Müller"));
+}
+
+QTEST_MAIN(tst_kvEditEndToEnd)
+#include "tst_kvEditEndToEnd.moc"
