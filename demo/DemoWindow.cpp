@@ -1,6 +1,7 @@
 #include "DemoWindow.h"
 
 #include "DemoDatabase.h"
+#include "DemoEventPanel.h"
 #include "kvSettingsPropertyBag.h"
 
 #include <QAction>
@@ -40,6 +41,7 @@ DemoWindow::DemoWindow(std::unique_ptr<DemoDatabase> database, QSettings *settin
     if (options.date.isValid())
         m_calendar->setActualDate(options.date);
 
+    CreateEventPanel();
     CreateMenus();
     UpdateTitle();
     resize(1280, 800);
@@ -50,6 +52,14 @@ DemoWindow::~DemoWindow()
     // The control lets go of the connection before the database closes it.
     delete m_calendar;
     m_calendar = nullptr;
+}
+
+void DemoWindow::CreateEventPanel()
+{
+    m_eventPanel = new DemoEventPanel(m_calendar, this);
+    addDockWidget(Qt::RightDockWidgetArea, m_eventPanel);
+    // Left alone, the wrapped hint text would make the panel half as wide as the calendar.
+    resizeDocks({m_eventPanel}, {m_eventPanel->PreferredWidth()}, Qt::Horizontal);
 }
 
 void DemoWindow::CreateMenus()
@@ -63,6 +73,11 @@ void DemoWindow::CreateMenus()
     refill->setObjectName(QStringLiteral("actionRefillSampleData"));
     fileMenu->addSeparator();
     fileMenu->addAction(QStringLiteral("&Beenden"), QKeySequence::Quit, this, &QWidget::close);
+    QMenu *viewMenu = menuBar()->addMenu(QStringLiteral("&Ansicht"));
+    QAction *showEvents = m_eventPanel->toggleViewAction();
+    showEvents->setText(QStringLiteral("&Ereignisse"));
+    showEvents->setObjectName(QStringLiteral("actionShowEvents"));
+    viewMenu->addAction(showEvents);
     QMenu *helpMenu = menuBar()->addMenu(QStringLiteral("&Hilfe"));
     helpMenu->addAction(QStringLiteral("Ü&ber kvKalivo"), this, &DemoWindow::ShowAbout);
 }

@@ -9,6 +9,7 @@
 #include <optional>
 
 class DemoDatabase;
+class DemoEventPanel;
 class QSettings;
 
 //! What the command line asks of the demo window.
@@ -22,7 +23,8 @@ struct DemoOptions
 /*!
     The demo host: a main window with the calendar control on it, as a host application has.
     It owns the database the control is connected to and can switch to another one
-    ("Datei" → "Verbindung öffnen…"). With \a settings the control's properties are read
+    ("Datei" → "Verbindung öffnen…"). The "Ereignisse" panel beside the calendar handles and
+    lists the control's host events ("Ansicht" hides it). With \a settings the control's properties are read
     from them at the start and written back on close; without, the control starts fresh
     and nothing is saved (--screenshot).
 */
@@ -37,6 +39,7 @@ public:
 
     kvKalivo *Calendar() const { return m_calendar; }
     DemoDatabase &Database() const { return *m_database; }
+    DemoEventPanel *EventPanel() const { return m_eventPanel; }
 
     //! Connects the control to \a connectionString (or an SQLite file path); false with \a error.
     bool OpenConnection(const QString &connectionString, QString *error);
@@ -45,6 +48,7 @@ protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
+    void CreateEventPanel();
     void CreateMenus();
     void AskForConnection();
     void AskToRefillSampleData();
@@ -53,6 +57,7 @@ private:
 
     std::unique_ptr<DemoDatabase> m_database;
     kvKalivo *m_calendar = nullptr;
+    DemoEventPanel *m_eventPanel = nullptr;
     QSettings *m_settings = nullptr;
     QDate m_sampleAnchor;
 };
