@@ -6,6 +6,7 @@ set -euo pipefail
 PACKAGES=(
   build-essential cmake ninja-build pkg-config
   qt6-base-dev qt6-base-dev-tools qt6-tools-dev qt6-tools-dev-tools
+  libqt6opengl6-dev  # Qt6::UiTools (QUiLoader, the Designer plugin tests) needs Qt6::OpenGLWidgets
   libqt6sql6-sqlite libqt6svg6
   libgl-dev
   fonts-dejavu-core fonts-dejavu-extra

@@ -131,7 +131,7 @@ class KVKALIVO_EXPORT kvKalivo : public QWidget
     */
     Q_PROPERTY(bool WeeksVisible READ WeeksVisible WRITE setWeeksVisible)
     //! Whether the control accepts input (QWidget's enabled state); not persisted.
-    Q_PROPERTY(bool Enabled READ Enabled WRITE setEnabled STORED false)
+    Q_PROPERTY(bool Enabled READ Enabled WRITE setEnabled STORED false DESIGNABLE false)
     /*!
         True: new, changed and deleted appointments are not written by the control but
         announced through DateNew(), DateChange() and DateDelete() (without the delete
@@ -157,13 +157,13 @@ class KVKALIVO_EXPORT kvKalivo : public QWidget
         "kvKalivo-Fehlercode N" and the description; True: it emits Error() instead.
         Thread-wide (every control of the thread), not persisted. Part 1.3.
     */
-    Q_PROPERTY(bool RaiseErrorEvent READ RaiseErrorEvent WRITE setRaiseErrorEvent STORED false)
+    Q_PROPERTY(bool RaiseErrorEvent READ RaiseErrorEvent WRITE setRaiseErrorEvent STORED false DESIGNABLE false)
     /*!
         Folder of the appointment icons for the icon picker, files named by their ImageID
         ("11.ico"); a folder without icons gives the built-in set. The picker is
         thread-wide; not persisted. Part 5.2.
     */
-    Q_PROPERTY(QString IconPath READ IconPath WRITE setIconPath STORED false)
+    Q_PROPERTY(QString IconPath READ IconPath WRITE setIconPath STORED false DESIGNABLE false)
     /*!
         How dates are written into SQL (Part 2.1): kvAuto (default) detects the dialect from
         the connection, the other values force one. Takes effect when #Connection is next
