@@ -1,4 +1,5 @@
-# Installs the built library into a scratch prefix and checks the installed files; then builds
+# Installs the built library into a scratch prefix and checks the installed files (each header
+# compiles on its own); then builds
 # the example host (examples/appointment-book) against that prefix alone, with
 # find_package(kvKalivo), and runs it offscreen: it must create its SQLite table, write a
 # screenshot, hand the control's failures to the host through the Error signal, and refuse a
@@ -55,6 +56,32 @@ function(check_installed_files)
   foreach(file kvKalivoConfig.cmake kvKalivoConfigVersion.cmake kvKalivoTargets.cmake)
     expect_installed("${LIBDIR}/cmake/kvKalivo/${file}")
   endforeach()
+endfunction()
+
+# Every installed header compiles on its own in a host that links kvKalivo::kvKalivo: it
+# includes what it needs, and nothing that is not installed.
+function(check_headers_compile_alone)
+  set(project_dir "${WORK_DIR}/header-check")
+  file(GLOB headers RELATIVE "${prefix}/include/kvKalivo" "${prefix}/include/kvKalivo/*.h")
+  set(sources "")
+  foreach(header IN LISTS headers)
+    string(MAKE_C_IDENTIFIER "${header}" name)
+    file(WRITE "${project_dir}/${name}.cpp" "#include <kvKalivo/${header}>\n")
+    list(APPEND sources "${name}.cpp")
+  endforeach()
+  list(JOIN sources " " source_list)
+  file(WRITE "${project_dir}/CMakeLists.txt" "cmake_minimum_required(VERSION 3.25)
+project(header_check LANGUAGES CXX)
+set(CMAKE_CXX_STANDARD 20)
+find_package(kvKalivo REQUIRED)
+add_library(header_check OBJECT ${source_list})
+target_link_libraries(header_check PRIVATE kvKalivo::kvKalivo)
+")
+  run_step("configure the header check" ${CMAKE_COMMAND} -S "${project_dir}" -B "${project_dir}/build"
+    -G Ninja -DCMAKE_PREFIX_PATH=${prefix} -DCMAKE_FIND_USE_PACKAGE_REGISTRY=OFF)
+  run_step("compile each installed header alone" ${CMAKE_COMMAND} --build "${project_dir}/build")
+  list(LENGTH headers count)
+  message("${count} installed headers compile on their own")
 endfunction()
 
 # --- the example, built against the prefix alone --------------------------------------------------
@@ -205,6 +232,7 @@ endfunction()
 
 run_step("install" ${CMAKE_COMMAND} --install "${BUILD_DIR}" --prefix "${prefix}")
 check_installed_files()
+check_headers_compile_alone()
 build_example()
 check_example_uses_prefix()
 check_example_loads_prefix()

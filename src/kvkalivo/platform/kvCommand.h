@@ -1,12 +1,11 @@
 #pragma once
 
+#include "kvConnection.h"
 #include "kvkalivo_export.h"
 
 #include <QPointer>
 #include <QString>
 #include <QVariantList>
-
-class kvConnection;
 
 /*!
     \file kvCommand.h
