@@ -10,22 +10,24 @@
 #include <QPushButton>
 #include <QtTest>
 
+//! The Sunday the edit-flow tests take for today: the week view shows 16 .. 22 November 2026.
+inline const QDate fixedToday(2026, 11, 22);
+
+//! \a day November 2026 at \a hour : \a minute.
+inline kvDate at(int day, int hour = 0, int minute = 0)
+{
+    return kvDate::fromDate(QDate(2026, 11, day), QTime(hour, minute));
+}
+
 /*!
     The edit-flow tests' calendar: the week view of 16 .. 22 November 2026 (today is the
     Sunday 22 November), driven with the mouse as a user would.
 */
 struct kvEditCalendar : kvTestCalendar
 {
-    static inline const QDate Today{2026, 11, 22};
-
-    explicit kvEditCalendar(Database database = Database::Sqlite)
-        : kvTestCalendar(QSize(1000, 700), database)
+    explicit kvEditCalendar(Database database = Database::Sqlite, QSize size = QSize(1000, 700))
+        : kvTestCalendar(size, database)
     {
-    }
-
-    static kvDate at(int day, int hour = 0, int minute = 0)
-    {
-        return kvDate::fromDate(QDate(2026, 11, day), QTime(hour, minute));
     }
 
     //! Day cell of 16 .. 22 November.
@@ -67,23 +69,23 @@ struct kvEditCalendar : kvTestCalendar
     }
 
     void reload() { control.Refresh(); }
-
-    //! An editor session that types \a name into "txtName" and presses OK.
-    static kvScriptedModalRunner::Action typeName(const QString &name)
-    {
-        return [name](QDialog &dialog) {
-            dialog.findChild<QLineEdit *>(QStringLiteral("txtName"))->setText(name);
-            dialog.findChild<QPushButton *>(QStringLiteral("cmdOK"))->click();
-            return int(QDialog::Accepted);
-        };
-    }
-
-    //! An editor session that presses \a button.
-    static kvScriptedModalRunner::Action pressButton(const char *button)
-    {
-        return [button](QDialog &dialog) {
-            dialog.findChild<QPushButton *>(QString::fromLatin1(button))->click();
-            return int(QDialog::Accepted);
-        };
-    }
 };
+
+//! An editor session that types \a name into "txtName" and presses OK.
+inline kvScriptedModalRunner::Action typeName(const QString &name)
+{
+    return [name](QDialog &dialog) {
+        dialog.findChild<QLineEdit *>(QStringLiteral("txtName"))->setText(name);
+        dialog.findChild<QPushButton *>(QStringLiteral("cmdOK"))->click();
+        return int(QDialog::Accepted);
+    };
+}
+
+//! An editor session that presses \a button.
+inline kvScriptedModalRunner::Action pressButton(const char *button)
+{
+    return [button](QDialog &dialog) {
+        dialog.findChild<QPushButton *>(QString::fromLatin1(button))->click();
+        return int(QDialog::Accepted);
+    };
+}

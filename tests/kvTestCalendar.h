@@ -39,7 +39,8 @@ struct kvTestCalendar
                          [this](const QString &sql) { statements << sql; });
     }
 
-    void add(const kvDate &begin, const kvDate &end, const QString &name, int imageId = 0)
+    void add(const kvDate &begin, const kvDate &end, const QString &name, int imageId = 0,
+             const QString &remark = QString())
     {
         kvRecordset recordset;
         recordset.Open(table, &connection, 1, 2, 2);
@@ -48,6 +49,8 @@ struct kvTestCalendar
         recordset.setValue(QStringLiteral("DateEnd"), QVariant::fromValue(end.toDateTime()));
         recordset.setValue(QStringLiteral("Name"), name);
         recordset.setValue(QStringLiteral("ImageID"), imageId);
+        if (!remark.isEmpty())
+            recordset.setValue(QStringLiteral("Remark"), remark);
         recordset.Update();
         recordset.Close();
     }

@@ -3,64 +3,30 @@
 #include "ctlDay.h"
 #include "ctlEntry.h"
 #include "ctlToolTip.h"
-#include "kvAppointmentTable.h"
-#include "kvConnection.h"
 #include "kvControlTestServices.h"
+#include "kvEditCalendar.h"
 #include "kvKalivo.h"
-#include "kvRecordset.h"
 #include "kvTestSupport.h"
 
 #include <QAction>
 #include <QLabel>
 #include <QMenu>
 #include <QStatusBar>
-#include <QTemporaryDir>
 #include <QTimer>
 #include <QtTest>
 
 namespace {
 
-const QDate fixedToday(2026, 11, 22); // Sunday; the week shows 16 .. 22 November
-
-kvDate at(int day, int hour = 0, int minute = 0)
-{
-    return kvDate::fromDate(QDate(2026, 11, day), QTime(hour, minute));
-}
-
-struct Calendar
+struct Calendar : kvEditCalendar
 {
     Calendar()
+        : kvEditCalendar(Database::Sqlite, QSize(1000, 600))
     {
-        connection.Open(QStringLiteral("Driver=SQLite3;Database=%1").arg(folder.filePath(QStringLiteral("t.db"))));
-        kvAppointmentTable::Create(connection, QStringLiteral("Termine"));
-        control.setParameterizedSql(true);
-        control.setRecordSource(QStringLiteral("Termine"));
-        control.setConnection(&connection);
-        add(at(18, 10), at(18, 11), QStringLiteral("Zahnarzt"), QStringLiteral("Dr. Weiß, Praxis am Markt"));
-        add(at(18, 12), at(18, 13), QStringLiteral("Mittagessen"), QString());
-        add(at(22, 15), at(22, 16), QStringLiteral("Kaffee mit der ganzen Familie und den Nachbarn"),
+        add(at(18, 10), at(18, 11), QStringLiteral("Zahnarzt"), 0, QStringLiteral("Dr. Weiß, Praxis am Markt"));
+        add(at(18, 12), at(18, 13), QStringLiteral("Mittagessen"));
+        add(at(22, 15), at(22, 16), QStringLiteral("Kaffee mit der ganzen Familie und den Nachbarn"), 0,
             QStringLiteral("Kuchen mitbringen"));
-        control.resize(1000, 600);
-        control.show();
         control.Refresh();
-    }
-    void add(const kvDate &begin, const kvDate &end, const QString &name, const QString &remark)
-    {
-        kvRecordset recordset;
-        recordset.Open(QStringLiteral("Termine"), &connection, 1, 2, 2);
-        recordset.AddNew();
-        recordset.setValue(QStringLiteral("DateBegin"), QVariant::fromValue(begin.toDateTime()));
-        recordset.setValue(QStringLiteral("DateEnd"), QVariant::fromValue(end.toDateTime()));
-        recordset.setValue(QStringLiteral("Name"), name);
-        recordset.setValue(QStringLiteral("Remark"), remark);
-        recordset.Update();
-        recordset.Close();
-    }
-    ctlDay *cell(int day) { return control.DayCell(day - 15); }
-    QPoint rowPoint(int day, int row)
-    {
-        const ctlEntry *entry = cell(day)->Entries(qint16(row));
-        return QPoint(entry->Left() + entry->Width() / 2, entry->Top() + entry->Height() / 2);
     }
     //! The cell's EntryMouseMove for a point \a dx, \a dy from the row's top-left corner.
     void move(int day, int row, int dx, int dy)
@@ -73,10 +39,6 @@ struct Calendar
     QMenu *menu() { return control.findChild<QMenu *>(QStringLiteral("Kontextmenü")); }
     ctlToolTip *toolTip() { return control.findChild<ctlToolTip *>(); }
     QTimer *timer(const char *name) { return control.findChild<QTimer *>(QString::fromLatin1(name)); }
-
-    QTemporaryDir folder;
-    kvConnection connection;
-    kvKalivo control;
 };
 
 } // namespace

@@ -14,20 +14,12 @@
 namespace {
 
 using Calendar = kvEditCalendar;
-const QDate fixedToday = kvEditCalendar::Today;
+
 #ifdef KV_END_TO_END_ON_MARIADB
 const auto database = kvTestCalendar::Database::MariaDb;
 #else
 const auto database = kvTestCalendar::Database::Sqlite;
 #endif
-
-kvDate at(int day, int hour = 0, int minute = 0)
-{
-    return kvEditCalendar::at(day, hour, minute);
-}
-
-const auto typeName = kvEditCalendar::typeName;
-const auto pressButton = kvEditCalendar::pressButton;
 
 } // namespace
 

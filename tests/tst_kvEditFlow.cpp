@@ -20,20 +20,7 @@
 #include <QToolBar>
 #include <QtTest>
 
-namespace {
-
 using Calendar = kvEditCalendar;
-const QDate fixedToday = kvEditCalendar::Today;
-
-kvDate at(int day, int hour = 0, int minute = 0)
-{
-    return kvEditCalendar::at(day, hour, minute);
-}
-
-const auto typeName = kvEditCalendar::typeName;
-const auto pressButton = kvEditCalendar::pressButton;
-
-} // namespace
 
 class tst_kvEditFlow : public QObject
 {
