@@ -71,7 +71,7 @@ void kvKalivoDesignerPlugin::initialize(QDesignerFormEditorInterface *)
 QString kvKalivoDesignerPlugin::domXml() const
 {
     // Not named "kvKalivo": uic would declare a member that hides the class in "new kvKalivo".
-    // A table name and a folder are no texts to translate; the footnote is.
+    // A table name is no text to translate; the footnote is.
     return QStringLiteral(R"(<ui language="c++" displayname="kvKalivo">
  <widget class="kvKalivo" name="kvkalivo">
   <property name="geometry">
@@ -89,7 +89,6 @@ QString kvKalivoDesignerPlugin::domXml() const
    <extends>QWidget</extends>
    <propertyspecifications>
     <stringpropertyspecification name="RecordSource" notr="true" type="singleline"/>
-    <stringpropertyspecification name="IconPath" notr="true" type="singleline"/>
     <stringpropertyspecification name="Footnote" type="singleline"/>
    </propertyspecifications>
   </customwidget>
