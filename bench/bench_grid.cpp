@@ -18,12 +18,14 @@
 // the stored amount changes. Dates are stored as the data layer writes them on SQLite, the
 // text "yyyy-MM-dd hh:mm:ss", inserted with one prepared statement in one transaction.
 //
-// Where a figure needs explaining, the breakdown lines give the 42 day queries alone (through
-// kvCommand/kvRecordset as the store sends them, and as raw QSqlQuery, timed in the same loop
-// as the Forward), the Forward minus those queries (layout and filling the cells), a "Forward"
-// of a control without a connection (layout and empty cells) and SQLite's query plan. Two
-// "what-if" lines time other SQL for the same grid (not what the control sends): the day query
-// with "ORDER BY +DateBegin", and one query for the whole grid with DateBegin bounded below.
+// Where a figure needs explaining, the breakdown lines give the store's queries alone (the
+// floor of kvAppointmentStore::BeginDayLoads and the 42 day queries, through kvCommand/kvRecordset
+// as the store sends them, and as raw QSqlQuery, timed in the same loop as the Forward), the
+// Forward minus those queries (layout and filling the cells), a "Forward" of a control without
+// a connection (layout and empty cells) and SQLite's query plan. Three "what-if" lines time
+// other SQL for the same grid (not what the control sends): the day queries without the floor
+// (as the store sent them before BeginDayLoads), with "ORDER BY +DateBegin", and one query for
+// the whole grid with DateBegin bounded below by a longest duration.
 //
 // Run it offscreen:
 //   QT_QPA_PLATFORM=offscreen ./bench_grid [--sizes 2000,10000,100000,1000000] [--runs 100]
@@ -475,8 +477,9 @@ ResizeFigures measureResize(const Settings &settings, Shown &shown, const QDate 
 }
 
 enum class QueryMode {
-    Store,            // the store's 42 day queries through kvCommand/kvRecordset
+    Store,            // the store's query for the floor and its 42 day queries, through kvCommand/kvRecordset
     Raw,              // the same texts and values through a plain QSqlQuery
+    Unbounded,        // what-if: the 42 day queries without the floor (the store before BeginDayLoads)
     UnorderedIndex,   // what-if: the same with "ORDER BY +DateBegin" (SQLite then ORs two index searches)
     OneBoundedQuery,  // what-if: one query for the whole grid, DateBegin bounded by a longest duration
 };
@@ -500,8 +503,24 @@ std::vector<kvSqlStatement> gridStatements(kvConnection &connection, const Windo
                                bound(grid.first)}});
         return statements;
     }
+    const kvDate first = kvDate::fromDate(grid.first);
+    const bool bounded = mode == QueryMode::Store || mode == QueryMode::Raw;
+    kvDate floor = first;
+    if (bounded) {
+        // As kvAppointmentStore::BeginDayLoads: the floor's query is sent (and timed) with the day queries.
+        const kvSqlStatement earliest = kvParameterizedSql::EarliestOverlapQuery(TableName, first, dialect, engine);
+        statements.push_back(earliest);
+        QSqlQuery query(connection.Database());
+        query.prepare(earliest.Text);
+        for (int i = 0; i < earliest.Values.size(); ++i)
+            query.bindValue(i, earliest.Values.at(i));
+        if (query.exec() && query.next() && !query.value(0).isNull())
+            floor = std::min(floor, kvField::ToDate(query.value(0)));
+    }
     for (QDate day = grid.first; day <= grid.last; day = day.addDays(1)) {
-        kvSqlStatement statement = kvParameterizedSql::DayQuery(TableName, kvDate::fromDate(day), dialect, engine);
+        kvSqlStatement statement =
+            bounded ? kvParameterizedSql::DayQuery(TableName, kvDate::fromDate(day), floor, dialect, engine)
+                    : kvParameterizedSql::DayQuery(TableName, kvDate::fromDate(day), dialect, engine);
         if (mode == QueryMode::UnorderedIndex)
             statement.Text.replace(QStringLiteral("ORDER BY ") + TableName, QStringLiteral("ORDER BY +") + TableName);
         statements.push_back(statement);
@@ -710,8 +729,8 @@ int main(int argc, char *argv[])
             record(sizeText, positions[p], QStringLiteral("  paint alone"), month.paint);
             const Figures &queries = month.alongside.at(0);
             const Figures &rawQueries = month.alongside.at(1);
-            record(sizeText, positions[p], QStringLiteral("  42 day queries alone (kvRecordset)"), queries);
-            record(sizeText, positions[p], QStringLiteral("  42 day queries alone (raw QSqlQuery)"), rawQueries);
+            record(sizeText, positions[p], QStringLiteral("  floor + 42 day queries alone (kvRecordset)"), queries);
+            record(sizeText, positions[p], QStringLiteral("  floor + 42 day queries alone (raw QSqlQuery)"), rawQueries);
             record(sizeText, positions[p], QStringLiteral("  Forward alone minus the queries (layout, fill)"), month.rest);
             const ResizeFigures resize = measureResize(settings, shown, targets[p]);
             record(sizeText, positions[p], QStringLiteral("month re-layout (resize)"), resize.relayout);
@@ -722,12 +741,14 @@ int main(int argc, char *argv[])
             record(sizeText, positions[p], QStringLiteral("week Forward + paint"), week.total);
             record(sizeText, positions[p], QStringLiteral("  week Forward alone"), week.reload);
             record(sizeText, positions[p], QStringLiteral("  paint alone (week)"), week.paint);
+            record(sizeText, positions[p], QStringLiteral("what-if: 42 queries without the floor (raw)"),
+                   measureQueries(settings, connection, grids[p], QueryMode::Unbounded));
             record(sizeText, positions[p], QStringLiteral("what-if: 42 queries, ORDER BY +DateBegin (raw)"),
                    measureQueries(settings, connection, grids[p], QueryMode::UnorderedIndex));
             record(sizeText, positions[p], QStringLiteral("what-if: 1 grid query, DateBegin >= -31 d (raw)"),
                    measureQueries(settings, connection, grids[p], QueryMode::OneBoundedQuery));
             const QString breakdown =
-                QStringLiteral("%1, %2: month Forward + paint %3 ms = 42 day queries %4 ms (as raw QSqlQuery"
+                QStringLiteral("%1, %2: month Forward + paint %3 ms = floor + 42 day queries %4 ms (as raw QSqlQuery"
                                " %5 ms) + layout and filling %6 ms (the empty grid without a connection: %7 ms)"
                                " + paint %8 ms")
                     .arg(sizeText, positions[p])

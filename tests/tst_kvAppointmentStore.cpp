@@ -523,6 +523,83 @@ private slots:
         QCOMPARE(f.trace.at(0), expected);
     }
 
+    //! Every day's rows as "DateID time" text, from \a first for \a days days.
+    static QStringList dayRows(Fixture &f, const kvDate &first, int days)
+    {
+        QStringList result;
+        for (int offset = 0; offset < days; ++offset) {
+            const auto cell = load(f, first.addDays(offset));
+            QStringList ids;
+            for (int row = 1; row <= cell->EntriesCount(); ++row)
+                ids << QStringLiteral("%1 %2").arg(cell->Entries(qint16(row))->DateID()).arg(cell->Entries(qint16(row))->Time());
+            result << QStringLiteral("%1: %2").arg(offset).arg(ids.join(QStringLiteral(", ")));
+        }
+        return result;
+    }
+
+    // BeginDayLoads bounds DateBegin from below: the days from its first day on show exactly
+    // the rows they show without it, whatever reaches into them from before.
+    void dayLoadFloorFindsTheSameRows()
+    {
+        Fixture f;
+        setUp(f, true);
+        const kvDate first = at(2026, 10, 26); // the month grid of November 2026
+        insertRow(*f.connection, at(2026, 6, 1, 9), at(2027, 2, 1, 17), QStringLiteral("Elternzeit")); // from far back
+        insertRow(*f.connection, at(2026, 10, 20), at(2026, 10, 26), QStringLiteral("ends at the first midnight"));
+        insertRow(*f.connection, at(2026, 10, 25, 23, 59), at(2026, 10, 26, 0, 1), QStringLiteral("across midnight"));
+        insertRow(*f.connection, at(2026, 10, 25, 8), at(2026, 10, 25, 9), QStringLiteral("the day before"));
+        insertRow(*f.connection, at(2026, 10, 26), at(2026, 10, 26), QStringLiteral("all day on the first"));
+        insertRow(*f.connection, at(2026, 11, 22, 15), at(2026, 11, 22, 16), QStringLiteral("Kaffee"));
+        insertRow(*f.connection, at(2026, 12, 6, 23, 30), at(2026, 12, 8), QStringLiteral("into the next grid"));
+        insertRow(*f.connection, at(2026, 12, 7), at(2026, 12, 7), QStringLiteral("after the grid"));
+        const QStringList unbounded = dayRows(f, first, 43);
+        QCOMPARE(unbounded.constFirst(), QStringLiteral("0: 1 <--, 2 <--, 3 <--, 5 "));
+
+        f.trace.clear();
+        f.store.BeginDayLoads(first);
+        QCOMPARE(dayRows(f, first, 43), unbounded);
+        QCOMPARE(f.trace.size(), 44);
+        QCOMPARE(f.trace.constFirst(),
+                 QStringLiteral("SELECT MIN(Termine.DateBegin) AS EarliestBegin From Termine Where "
+                                "((Termine.DateEnd >= ?) And (Termine.DateBegin < ?))"));
+        QCOMPARE(f.trace.at(1),
+                 QStringLiteral("SELECT Termine.* From Termine Where (Termine.DateBegin >= ?) And "
+                                "(Termine.DateBegin < ?) And (((Termine.DateBegin <= ?) And (Termine.DateEnd >= ?)) "
+                                "Or ((Termine.DateBegin >= ?) And (Termine.DateBegin < ?)))ORDER BY Termine.DateBegin"));
+        // A day before the floor's first day does not use it.
+        f.trace.clear();
+        QCOMPARE(load(f, at(2026, 10, 25))->EntriesCount(), 4);
+        QVERIFY(!f.trace.constFirst().contains(QStringLiteral("Where (Termine.DateBegin >= ?) And")));
+        // EndDayLoads: the plain query again.
+        f.store.EndDayLoads();
+        f.trace.clear();
+        QCOMPARE(dayRows(f, first, 1), unbounded.mid(0, 1));
+        QVERIFY(!f.trace.constFirst().contains(QStringLiteral("Where (Termine.DateBegin >= ?) And")));
+    }
+
+    //! Without an appointment reaching into the first day, the floor is that day itself.
+    void dayLoadFloorOnATableWithoutEarlierRows()
+    {
+        Fixture f;
+        setUp(f, true);
+        insertRow(*f.connection, at(2026, 11, 2, 9), at(2026, 11, 2, 10), QStringLiteral("Montag"));
+        f.store.BeginDayLoads(at(2026, 10, 26));
+        QCOMPARE(dayRows(f, at(2026, 10, 26), 8).at(7), QStringLiteral("7: 1 09:00"));
+        QCOMPARE(f.reports.size(), 0);
+    }
+
+    //! The legacy texts stay exactly the spec's: BeginDayLoads sends nothing and changes nothing.
+    void dayLoadFloorLeavesTheLegacyTextsAlone()
+    {
+        Fixture f;
+        setUp(f, false);
+        f.store.BeginDayLoads(at(2004, 3, 17));
+        QVERIFY(f.trace.isEmpty());
+        load(f, at(2004, 3, 17));
+        QCOMPARE(f.trace.size(), 1);
+        QVERIFY(f.trace.constFirst().startsWith(QStringLiteral("SELECT Termine.* From Termine Where ((Termine.DateBegin <= '2004-03-17 00:00')")));
+    }
+
     void noQueryWithoutRecordSource()
     {
         Fixture f;

@@ -255,6 +255,39 @@ private slots:
         QCOMPARE(cell->Entries(1)->datDateBegin(), at(2026, 3, 29, 2, 30));
     }
 
+    //! Each day's rows as "name time", from \a first for \a days days.
+    QStringList dayRows(const kvDate &first, int days)
+    {
+        QStringList result;
+        for (int offset = 0; offset < days; ++offset) {
+            const auto cell = load(first.addDays(offset));
+            QStringList rows;
+            for (int row = 1; row <= cell->EntriesCount(); ++row)
+                rows << cell->Entries(qint16(row))->Text() + QLatin1Char(' ') + cell->Entries(qint16(row))->Time();
+            result << rows.join(QStringLiteral(", "));
+        }
+        return result;
+    }
+
+    // The floor of BeginDayLoads on MariaDB: its query runs, and the days show the same rows.
+    void dayLoadFloorFindsTheSameRows()
+    {
+        setUp(true);
+        insertRow(at(2026, 6, 1, 9), at(2027, 2, 1, 17), QStringLiteral("Elternzeit"));
+        insertRow(at(2026, 10, 25, 23, 59), at(2026, 10, 26, 0, 1), QStringLiteral("über Mitternacht"));
+        insertRow(at(2026, 10, 26), at(2026, 10, 26), QStringLiteral("ganztägig"));
+        insertRow(at(2026, 11, 22, 15), at(2026, 11, 22, 16), QStringLiteral("Kaffee"));
+        const kvDate first = at(2026, 10, 26);
+        const QStringList unbounded = dayRows(first, 42);
+        QCOMPARE(unbounded.constFirst(), QStringLiteral("Elternzeit <--, über Mitternacht <--, ganztägig "));
+        m_store->BeginDayLoads(first);
+        QCOMPARE(dayRows(first, 42), unbounded);
+        m_store->EndDayLoads();
+        QVERIFY(generalLog().contains(QStringLiteral("SELECT MIN(StoreTermine.DateBegin) AS EarliestBegin From StoreTermine")));
+        QVERIFY(generalLog().contains(QStringLiteral("Where (StoreTermine.DateBegin >= '2026-06-01 09:00') And")));
+        QVERIFY(m_reports.isEmpty());
+    }
+
     void parameterizedWritesWork()
     {
         setUp(true);

@@ -33,6 +33,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QPaintEvent>
+#include <QScopeGuard>
 #include <QPainter>
 #include <QSignalBlocker>
 #include <QStatusBar>
@@ -885,6 +886,9 @@ void kvKalivo::FillGridStages(qint16 &step, QString &pendingCode)
     m_weekColumn->Clear();
     m_weekColumn->setSectionheight(m_geometry.cellHeight());
     stage(5);
+    if (runMode)
+        m_store->BeginDayLoads(first);
+    const auto endDayLoads = qScopeGuard([this] { m_store->EndDayLoads(); });
     for (int index = 1; index <= cellCount; ++index)
         FillDayCell(index, first.addDays(index - 1), runMode, pendingCode);
     m_weekColumn->Paint();

@@ -51,6 +51,7 @@ kvAppointmentStore::~kvAppointmentStore() = default;
 std::optional<int> kvAppointmentStore::SetConnection(kvConnection *connection)
 {
     m_connection = connection;
+    m_dayLoadFloor.reset();
     m_dialect = ChooseDialect(connection);
     if (!connection)
         return std::nullopt;
@@ -138,8 +139,33 @@ QString kvAppointmentStore::LoadDayAppointments(const kvDate &day, ctlDay &cell,
     return QString();
 }
 
+void kvAppointmentStore::BeginDayLoads(const kvDate &firstDay)
+{
+    m_dayLoadFloor.reset();
+    if (!m_parameterizedSql || !CanQuery())
+        return;
+    try {
+        const QVariant earliest = FirstValue(
+            kvParameterizedSql::EarliestOverlapQuery(m_recordSource, firstDay, m_dialect, Engine()),
+            "EarliestBegin");
+        kvDate floor = firstDay;
+        if (!kvFieldConversion::IsNull(earliest))
+            floor = std::min(floor, kvField::ToDate(earliest));
+        m_dayLoadFloor = DayLoadFloor{firstDay, floor};
+    } catch (...) {
+        // Only a shortcut: the day queries run unbounded, and report their own failures.
+    }
+}
+
+void kvAppointmentStore::EndDayLoads()
+{
+    m_dayLoadFloor.reset();
+}
+
 kvSqlStatement kvAppointmentStore::DayStatement(const kvDate &day) const
 {
+    if (m_parameterizedSql && m_dayLoadFloor && !(day < m_dayLoadFloor->from))
+        return kvParameterizedSql::DayQuery(m_recordSource, day, m_dayLoadFloor->floor, m_dialect, Engine());
     if (m_parameterizedSql)
         return kvParameterizedSql::DayQuery(m_recordSource, day, m_dialect, Engine());
     return {kvSqlTexts::DayQuery(m_recordSource, day, m_dialect), {}};
@@ -201,6 +227,16 @@ std::optional<kvDate> kvAppointmentStore::FindPreviousAppointment(const kvDate &
 
 std::optional<kvDate> kvAppointmentStore::FirstDate(const kvSqlStatement &statement)
 {
+    const QVariant next = FirstValue(statement, "NextDate");
+    if (!next.isValid())
+        return std::nullopt;
+    // The spec's round trip through "dd-mm-yyyy" drops the time of day.
+    return CDate(Format(kvField::ToDate(next), QStringLiteral("dd-mm-yyyy")));
+}
+
+//! \a column of the statement's first row; an invalid QVariant when there is no row.
+QVariant kvAppointmentStore::FirstValue(const kvSqlStatement &statement, const char *column)
+{
     kvCommand command;
     command.setActiveConnection(m_connection.data());
     command.setCommandType(adCmdText);
@@ -208,12 +244,9 @@ std::optional<kvDate> kvAppointmentStore::FirstDate(const kvSqlStatement &statem
     command.Parameters() = statement.Values;
     kvRecordset recordset;
     recordset.Open(command, adOpenForwardOnly, adLockUnspecified, adCmdText);
-    std::optional<kvDate> found;
-    if (!recordset.EOF()) {
-        // The spec's round trip through "dd-mm-yyyy" drops the time of day.
-        const kvDate next = kvField::ToDate(value(recordset.Fields(), "NextDate"));
-        found = CDate(Format(next, QStringLiteral("dd-mm-yyyy")));
-    }
+    QVariant found;
+    if (!recordset.EOF())
+        found = value(recordset.Fields(), column);
     recordset.Close();
     return found;
 }

@@ -89,6 +89,15 @@ public:
         unless CanQuery().
     */
     QString LoadDayAppointments(const kvDate &day, ctlDay &cell, uint backColor);
+    /*!
+        With ParameterizedSql, LoadDayAppointments for days from \a firstDay on uses a narrow
+        range of the DateBegin index, bounded by one query for the earliest appointment that
+        reaches into \a firstDay, until EndDayLoads(). A grid loads 42 days with one scan of
+        the table instead of 42. Without ParameterizedSql, or when that query fails, nothing
+        changes.
+    */
+    void BeginDayLoads(const kvDate &firstDay);
+    void EndDayLoads();
     //! The day (without time) of the first appointment from the day after \a lastDisplayedDay.
     std::optional<kvDate> FindNextAppointment(const kvDate &lastDisplayedDay);
     //! The day (without time) of the last appointment beginning before \a firstDisplayedDay.
@@ -116,6 +125,7 @@ private:
     kvSqlStatement DayStatement(const kvDate &day) const;
     void AddRow(const kvFields &fields, const kvDate &day, ctlDay &cell, uint backColor, int &step) const;
     std::optional<kvDate> FirstDate(const kvSqlStatement &statement);
+    QVariant FirstValue(const kvSqlStatement &statement, const char *column);
     void Execute(const kvSqlStatement &statement);
     void WriteRecord(const kvAppointmentValues &values);
     void Report(int code) const;
@@ -126,5 +136,12 @@ private:
     qint16 m_dialect = 0;
     kvOptionalColumns m_columns;
     bool m_parameterizedSql = false;
+    //! BeginDayLoads: from which day on DateBegin is known to be at least \c floor.
+    struct DayLoadFloor
+    {
+        kvDate from;
+        kvDate floor;
+    };
+    std::optional<DayLoadFloor> m_dayLoadFloor;
     Reporter m_reporter;
 };

@@ -77,6 +77,31 @@ kvSqlStatement kvParameterizedSql::DayQuery(const QString &table, const kvDate &
     return {text, {d1, d1, d1, d2}};
 }
 
+kvSqlStatement kvParameterizedSql::DayQuery(const QString &table, const kvDate &day,
+                                            const kvDate &beginFloor, int dialect, Engine engine)
+{
+    kvSqlStatement statement = DayQuery(table, day, dialect, engine);
+    // Both alternatives of the day query imply DateBegin < the next day; with the floor that
+    // makes one narrow index range instead of a scan of everything that began before the day.
+    const QString where = QStringLiteral(" Where ");
+    const QString bounds = QStringLiteral(" Where (%1.DateBegin >= ?) And (%1.DateBegin < ?) And (").arg(table);
+    statement.Text.replace(statement.Text.indexOf(where), where.size(), bounds);
+    statement.Text.replace(QStringLiteral("ORDER BY "), QStringLiteral(")ORDER BY "));
+    statement.Values.prepend(BoundDate(day.addDays(1), dialect, engine));
+    statement.Values.prepend(BoundDate(beginFloor, dialect, engine));
+    return statement;
+}
+
+kvSqlStatement kvParameterizedSql::EarliestOverlapQuery(const QString &table, const kvDate &from,
+                                                        int dialect, Engine engine)
+{
+    RequirePlainIdentifier(table);
+    const QVariant boundary = BoundDate(from, dialect, engine);
+    const QString text = QStringLiteral("SELECT MIN(%1.DateBegin) AS EarliestBegin From %1 Where ((%1.DateEnd >= ?) And (%1.DateBegin < ?))")
+                             .arg(table);
+    return {text, {boundary, boundary}};
+}
+
 kvSqlStatement kvParameterizedSql::NextQuery(const QString &table, const kvDate &lastDisplayedDay,
                                              int dialect, Engine engine)
 {

@@ -44,6 +44,19 @@ public:
 
     // Each of these throws like RequirePlainIdentifier for a table name that is not plain.
     static kvSqlStatement DayQuery(const QString &table, const kvDate &day, int dialect, Engine engine);
+    /*!
+        DayQuery's rows, found through a range of the DateBegin index: no row that the day
+        query returns begins before \a beginFloor (see EarliestOverlapQuery).
+    */
+    static kvSqlStatement DayQuery(const QString &table, const kvDate &day, const kvDate &beginFloor,
+                                   int dialect, Engine engine);
+    /*!
+        The earliest DateBegin ("EarliestBegin", NULL for none) of the appointments that began
+        before \a from and last until \a from or later: for every day from \a from on, an
+        appointment that touches it begins on that day, after \a from, or not before this.
+    */
+    static kvSqlStatement EarliestOverlapQuery(const QString &table, const kvDate &from, int dialect,
+                                               Engine engine);
     static kvSqlStatement NextQuery(const QString &table, const kvDate &lastDisplayedDay,
                                     int dialect, Engine engine);
     static kvSqlStatement PreviousQuery(const QString &table, const kvDate &firstDisplayedDay,
