@@ -4,6 +4,7 @@
 #include "kvAppointmentTable.h"
 #include "kvConnection.h"
 #include "kvFieldConversion.h"
+#include "kvDayLoading.h"
 #include "kvFields.h"
 #include "kvMessageBox.h"
 #include "kvRecordset.h"
@@ -153,14 +154,7 @@ private:
     //! Loads \a day into a fresh cell; returns the cell.
     static std::unique_ptr<ctlDay> load(Fixture &f, const kvDate &day, QString *result = nullptr)
     {
-        auto cell = std::make_unique<ctlDay>();
-        cell->Init(day, QString(), QString(), 0x8000000Fu, 0);
-        const QString text = f.store.LoadDayAppointments(day, *cell, CellBackColor);
-        if (result)
-            *result = text;
-        else if (!text.isEmpty())
-            qWarning("LoadDayAppointments: %s", qPrintable(text));
-        return cell;
+        return loadDay(f.store, day, CellBackColor, result);
     }
 
     static void modes()
@@ -523,20 +517,6 @@ private slots:
         QCOMPARE(f.trace.at(0), expected);
     }
 
-    //! Every day's rows as "DateID time" text, from \a first for \a days days.
-    static QStringList dayRows(Fixture &f, const kvDate &first, int days)
-    {
-        QStringList result;
-        for (int offset = 0; offset < days; ++offset) {
-            const auto cell = load(f, first.addDays(offset));
-            QStringList ids;
-            for (int row = 1; row <= cell->EntriesCount(); ++row)
-                ids << QStringLiteral("%1 %2").arg(cell->Entries(qint16(row))->DateID()).arg(cell->Entries(qint16(row))->Time());
-            result << QStringLiteral("%1: %2").arg(offset).arg(ids.join(QStringLiteral(", ")));
-        }
-        return result;
-    }
-
     // BeginDayLoads bounds DateBegin from below: the days from its first day on show exactly
     // the rows they show without it, whatever reaches into them from before.
     void dayLoadFloorFindsTheSameRows()
@@ -552,12 +532,13 @@ private slots:
         insertRow(*f.connection, at(2026, 11, 22, 15), at(2026, 11, 22, 16), QStringLiteral("Kaffee"));
         insertRow(*f.connection, at(2026, 12, 6, 23, 30), at(2026, 12, 8), QStringLiteral("into the next grid"));
         insertRow(*f.connection, at(2026, 12, 7), at(2026, 12, 7), QStringLiteral("after the grid"));
-        const QStringList unbounded = dayRows(f, first, 43);
-        QCOMPARE(unbounded.constFirst(), QStringLiteral("0: 1 <--, 2 <--, 3 <--, 5 "));
+        const QStringList unbounded = dayRows(f.store, first, 43);
+        QCOMPARE(unbounded.constFirst(), QStringLiteral("Elternzeit <--, ends at the first midnight <--, "
+                                                        "across midnight <--, all day on the first "));
 
         f.trace.clear();
         f.store.BeginDayLoads(first);
-        QCOMPARE(dayRows(f, first, 43), unbounded);
+        QCOMPARE(dayRows(f.store, first, 43), unbounded);
         QCOMPARE(f.trace.size(), 44);
         QCOMPARE(f.trace.constFirst(),
                  QStringLiteral("SELECT MIN(Termine.DateBegin) AS EarliestBegin From Termine Where "
@@ -573,7 +554,7 @@ private slots:
         // EndDayLoads: the plain query again.
         f.store.EndDayLoads();
         f.trace.clear();
-        QCOMPARE(dayRows(f, first, 1), unbounded.mid(0, 1));
+        QCOMPARE(dayRows(f.store, first, 1), unbounded.mid(0, 1));
         QVERIFY(!f.trace.constFirst().contains(QStringLiteral("Where (Termine.DateBegin >= ?) And")));
     }
 
@@ -584,7 +565,7 @@ private slots:
         setUp(f, true);
         insertRow(*f.connection, at(2026, 11, 2, 9), at(2026, 11, 2, 10), QStringLiteral("Montag"));
         f.store.BeginDayLoads(at(2026, 10, 26));
-        QCOMPARE(dayRows(f, at(2026, 10, 26), 8).at(7), QStringLiteral("7: 1 09:00"));
+        QCOMPARE(dayRows(f.store, at(2026, 10, 26), 8).at(7), QStringLiteral("Montag 09:00"));
         QCOMPARE(f.reports.size(), 0);
     }
 

@@ -4,6 +4,7 @@
 #include "kvAppointmentTable.h"
 #include "kvConnection.h"
 #include "kvDataTestSupport.h"
+#include "kvDayLoading.h"
 #include "kvFields.h"
 #include "kvMessageBox.h"
 #include "kvRecordset.h"
@@ -98,15 +99,7 @@ private:
         return result;
     }
 
-    std::unique_ptr<ctlDay> load(const kvDate &day)
-    {
-        auto cell = std::make_unique<ctlDay>();
-        cell->Init(day, QString(), QString(), 0x8000000Fu, 0);
-        const QString result = m_store->LoadDayAppointments(day, *cell, 0xFFFFFFu);
-        if (!result.isEmpty())
-            qWarning("LoadDayAppointments: %s", qPrintable(result));
-        return cell;
-    }
+    std::unique_ptr<ctlDay> load(const kvDate &day) { return loadDay(*m_store, day, 0xFFFFFFu); }
 
     static void modes()
     {
@@ -255,20 +248,6 @@ private slots:
         QCOMPARE(cell->Entries(1)->datDateBegin(), at(2026, 3, 29, 2, 30));
     }
 
-    //! Each day's rows as "name time", from \a first for \a days days.
-    QStringList dayRows(const kvDate &first, int days)
-    {
-        QStringList result;
-        for (int offset = 0; offset < days; ++offset) {
-            const auto cell = load(first.addDays(offset));
-            QStringList rows;
-            for (int row = 1; row <= cell->EntriesCount(); ++row)
-                rows << cell->Entries(qint16(row))->Text() + QLatin1Char(' ') + cell->Entries(qint16(row))->Time();
-            result << rows.join(QStringLiteral(", "));
-        }
-        return result;
-    }
-
     // The floor of BeginDayLoads on MariaDB: its query runs, and the days show the same rows.
     void dayLoadFloorFindsTheSameRows()
     {
@@ -278,10 +257,10 @@ private slots:
         insertRow(at(2026, 10, 26), at(2026, 10, 26), QStringLiteral("ganztägig"));
         insertRow(at(2026, 11, 22, 15), at(2026, 11, 22, 16), QStringLiteral("Kaffee"));
         const kvDate first = at(2026, 10, 26);
-        const QStringList unbounded = dayRows(first, 42);
+        const QStringList unbounded = dayRows(*m_store, first, 42);
         QCOMPARE(unbounded.constFirst(), QStringLiteral("Elternzeit <--, über Mitternacht <--, ganztägig "));
         m_store->BeginDayLoads(first);
-        QCOMPARE(dayRows(first, 42), unbounded);
+        QCOMPARE(dayRows(*m_store, first, 42), unbounded);
         m_store->EndDayLoads();
         QVERIFY(generalLog().contains(QStringLiteral("SELECT MIN(StoreTermine.DateBegin) AS EarliestBegin From StoreTermine")));
         QVERIFY(generalLog().contains(QStringLiteral("Where (StoreTermine.DateBegin >= '2026-06-01 09:00') And")));

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "ctlDay.h"
+#include "ctlEntry.h"
+#include "kvAppointmentStore.h"
+#include "kvDate.h"
+
+#include <QStringList>
+#include <QtGlobal>
+
+#include <memory>
+
+/*!
+    Loads \a day through \a store into a fresh cell and returns the cell. The store's result
+    (empty, or "12-" step and description) goes to \a result, or is logged as a warning.
+*/
+inline std::unique_ptr<ctlDay> loadDay(kvAppointmentStore &store, const kvDate &day, uint backColor,
+                                       QString *result = nullptr)
+{
+    auto cell = std::make_unique<ctlDay>();
+    cell->Init(day, QString(), QString(), 0x8000000Fu, 0);
+    const QString text = store.LoadDayAppointments(day, *cell, backColor);
+    if (result)
+        *result = text;
+    else if (!text.isEmpty())
+        qWarning("LoadDayAppointments: %s", qPrintable(text));
+    return cell;
+}
+
+//! For each of \a days days from \a first: its rows as "name time", joined by ", ".
+inline QStringList dayRows(kvAppointmentStore &store, const kvDate &first, int days)
+{
+    QStringList result;
+    for (int offset = 0; offset < days; ++offset) {
+        const auto cell = loadDay(store, first.addDays(offset), 0xFFFFFFu);
+        QStringList rows;
+        for (int row = 1; row <= cell->EntriesCount(); ++row)
+            rows << cell->Entries(qint16(row))->Text() + QLatin1Char(' ') + cell->Entries(qint16(row))->Time();
+        result << rows.join(QStringLiteral(", "));
+    }
+    return result;
+}
