@@ -11,6 +11,7 @@
 #include "kvScopedService.h"
 #include "kvSystemPrinterService.h"
 #include "kvTestSupport.h"
+#include "kvWhenShown.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -157,34 +158,6 @@ QStringList expectedLabels(const kvDate &first, int count)
     for (int i = 0; i < count; ++i)
         labels.append(kvCalendarPage::DateLabel(first.addDays(i)));
     return labels;
-}
-
-// Acts on the first visible top-level widget of type Widget (a dialog run by exec()) that
-// \a accepts; gives up after five seconds and closes whatever modal dialog is open.
-template <typename Widget>
-void whenShown(std::function<bool(Widget *)> accepts, std::function<void(Widget *)> action)
-{
-    auto *timer = new QTimer;
-    auto tries = std::make_shared<int>(0);
-    timer->setInterval(10);
-    QObject::connect(timer, &QTimer::timeout, [timer, tries, accepts, action]() {
-        for (QWidget *widget : QApplication::topLevelWidgets()) {
-            auto *found = qobject_cast<Widget *>(widget);
-            if (found && found->isVisible() && accepts(found)) {
-                timer->stop();
-                timer->deleteLater();
-                action(found);
-                return;
-            }
-        }
-        if (++*tries < 500)
-            return;
-        timer->stop();
-        timer->deleteLater();
-        if (auto *modal = qobject_cast<QDialog *>(QApplication::activeModalWidget()))
-            modal->done(-1);
-    });
-    timer->start();
 }
 
 bool isPreview(QDialog *dialog)

@@ -12,6 +12,7 @@
 #include "kvSystemMessageBox.h"
 #include "kvSystemModalRunner.h"
 #include "kvSystemShell.h"
+#include "kvWhenShown.h"
 
 #include <QtTest>
 #include <QApplication>
@@ -30,50 +31,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-// Closes the modal dialogs over \a widget, and \a widget itself, should an action leave it open.
-void closeLater(QWidget *widget)
-{
-    QTimer::singleShot(5000, qApp, [guard = QPointer<QWidget>(widget)]() {
-        while (guard && guard->isVisible()) {
-            auto *modal = qobject_cast<QDialog *>(QApplication::activeModalWidget());
-            if (!modal)
-                return;
-            modal->done(-1);
-        }
-    });
-}
-
-// Waits for a visible top-level widget of type Widget (a modal dialog run by exec()) and acts on it.
-// If none turns up within five seconds, or the action leaves it open, the test fails instead of hanging.
-template <typename Widget>
-void whenShown(std::function<void(Widget *)> action)
-{
-    auto *timer = new QTimer;
-    auto *tries = new int(0);
-    timer->setInterval(10);
-    QObject::connect(timer, &QTimer::timeout, [timer, tries, action]() {
-        for (QWidget *widget : QApplication::topLevelWidgets()) {
-            auto *found = qobject_cast<Widget *>(widget);
-            if (found && found->isVisible()) {
-                timer->stop();
-                timer->deleteLater();
-                delete tries;
-                closeLater(found);
-                action(found);
-                return;
-            }
-        }
-        if (++*tries < 500)
-            return;
-        timer->stop();
-        timer->deleteLater();
-        delete tries;
-        if (auto *modal = qobject_cast<QDialog *>(QApplication::activeModalWidget()))
-            modal->done(-1);
-    });
-    timer->start();
-}
 
 struct SeenMessageBox
 {
