@@ -6,11 +6,16 @@
 #include "kvControlTestServices.h"
 #include "kvEditCalendar.h"
 #include "kvKalivo.h"
+#include "kvScopedService.h"
+#include "kvSystemMessageBox.h"
 #include "kvTestSupport.h"
+#include "kvWhenShown.h"
 
 #include <QAction>
 #include <QLabel>
 #include <QMenu>
+#include <QMessageBox>
+#include <QPushButton>
 #include <QStatusBar>
 #include <QTimer>
 #include <QtTest>
@@ -35,6 +40,14 @@ struct Calendar : kvEditCalendar
         Q_EMIT cell(day)->EntryMouseMove(qint16(row), entry->Left() + dx, entry->Top() + dy,
                                          entry->Left(), entry->Top(), entry->Width(), entry->Height());
     }
+    //! The pointer comes to rest on the row, through the window as real moves arrive (Qt
+    //! drops a move to where the pointer already is).
+    void hover(int day, int row)
+    {
+        const QPoint point = cell(day)->mapTo(&control, rowPoint(day, row));
+        QTest::mouseMove(control.windowHandle(), point - QPoint(1, 1));
+        QTest::mouseMove(control.windowHandle(), point);
+    }
     QAction *item(int index) { return control.findChild<QAction *>(QStringLiteral("KontextDay%1").arg(index)); }
     QMenu *menu() { return control.findChild<QMenu *>(QStringLiteral("Kontextmenü")); }
     ctlToolTip *toolTip() { return control.findChild<ctlToolTip *>(); }
@@ -58,6 +71,8 @@ private Q_SLOTS:
     void pendingTooltipAfterRefreshShowsNothing();
     void clickOnTooltipOrRowHidesIt();
     void reloadLetsGoOfTheCapturedRow();
+    void dialogsOpenWithTheMouseFree_data();
+    void dialogsOpenWithTheMouseFree();
     void screenshotTooltipOverRow();
 };
 
@@ -254,6 +269,65 @@ void tst_kvCellInteraction::reloadLetsGoOfTheCapturedRow()
     calendar.control.Refresh(); // the cells themselves are made anew
     QCOMPARE(QWidget::mouseGrabber(), nullptr);
     calendar.move(18, 1, 5, 5);
+    QCOMPARE(QWidget::mouseGrabber(), calendar.cell(18));
+}
+
+Q_DECLARE_METATYPE(std::function<void(Calendar &)>)
+
+// A row holds the mouse while the pointer rests on it. Had it still held it when a dialog
+// opened, every click would go to the row and the dialog's buttons would look dead.
+void tst_kvCellInteraction::dialogsOpenWithTheMouseFree_data()
+{
+    QTest::addColumn<std::function<void(Calendar &)>>("open");
+    QTest::addColumn<QString>("closeButton");
+    QTest::newRow("double-click on the row: the editor")
+        << std::function<void(Calendar &)>([](Calendar &calendar) { calendar.doubleClickRow(18, 1); })
+        << QStringLiteral("CancelButton");
+    QTest::newRow("\"Löschen...\" on the row: the question")
+        << std::function<void(Calendar &)>([](Calendar &calendar) {
+               calendar.rightClickRow(18, 1);
+               calendar.menu()->hide();
+               calendar.hover(18, 1);
+               calendar.chooseMenuItem(2);
+           })
+        << QStringLiteral("No");
+    QTest::newRow("the toolbar's print question")
+        << std::function<void(Calendar &)>([](Calendar &calendar) {
+               calendar.control.findChild<QAction *>(QStringLiteral("Print"))->trigger();
+           })
+        << QStringLiteral("No");
+}
+
+void tst_kvCellInteraction::dialogsOpenWithTheMouseFree()
+{
+    QFETCH(std::function<void(Calendar &)>, open);
+    QFETCH(QString, closeButton);
+    kvControlTestServices services(fixedToday);
+    kvSystemMessageBox realMessageBox; // and the real modal runner, since no other is installed
+    kvScopedService installed(realMessageBox);
+    Calendar calendar;
+    QVERIFY(QTest::qWaitForWindowExposed(&calendar.control));
+    calendar.hover(18, 1);
+    QCOMPARE(QWidget::mouseGrabber(), calendar.cell(18));
+
+    QWidget *grabberWhileOpen = calendar.cell(18);
+    bool closedByClick = false;
+    whenShown<QDialog>([&](QDialog *dialog) {
+        grabberWhileOpen = QWidget::mouseGrabber();
+        auto *box = qobject_cast<QMessageBox *>(dialog);
+        QAbstractButton *button = box ? box->button(QMessageBox::No)
+                                      : dialog->findChild<QPushButton *>(closeButton);
+        QTest::mouseClick(button, Qt::LeftButton);
+        closedByClick = !dialog->isVisible();
+    });
+    calendar.statements.clear();
+    open(calendar);
+    QCOMPARE(grabberWhileOpen, nullptr);
+    QVERIFY(closedByClick);
+    QVERIFY(!calendar.control.TooltipMode());
+    QCOMPARE(calendar.writes(), 0);
+    // Resting on a row afterwards captures it anew.
+    calendar.hover(18, 2);
     QCOMPARE(QWidget::mouseGrabber(), calendar.cell(18));
 }
 

@@ -11,6 +11,7 @@
 #include "kvSystemFileDialog.h"
 #include "kvSystemMessageBox.h"
 #include "kvSystemModalRunner.h"
+#include "kvSystemPrinterService.h"
 #include "kvSystemShell.h"
 #include "kvWhenShown.h"
 
@@ -29,6 +30,8 @@
 #include <type_traits>
 
 using namespace Qt::StringLiterals;
+
+Q_DECLARE_METATYPE(std::function<void()>)
 
 namespace {
 
@@ -79,7 +82,7 @@ QString createFile(const QTemporaryDir &dir, const QString &name)
     return path;
 }
 
-const QString specFilter = u"Alle Dateien (*.*)|*.*|"
+const QString editorFilter = u"Alle Dateien (*.*)|*.*|"
                            u"Word-Dokumente (*.doc)|*.doc|"
                            u"HTML-Dokumente(*.htm, *.html)|*.htm*|"
                            u"Excel-Dokumente (*.xls)|*.xls|"
@@ -87,7 +90,7 @@ const QString specFilter = u"Alle Dateien (*.*)|*.*|"
                            u"Rich Text Format(*.rtf)|*.rtf|"
                            u"Stapelverarbeitungsdateien (*.bat, *.cmd)|*.bat;*.cmd"_s;
 
-const QStringList specQtFilters = {u"Alle Dateien (*)"_s,
+const QStringList editorQtFilters = {u"Alle Dateien (*)"_s,
                                    u"Word-Dokumente (*.doc)"_s,
                                    u"HTML-Dokumente (*.htm*)"_s,
                                    u"Excel-Dokumente (*.xls)"_s,
@@ -213,6 +216,50 @@ private slots:
         QCOMPARE(seen.icon, QMessageBox::Information);
     }
 
+    // A widget that holds the mouse while a modal window opens gets every click, and the
+    // window none: its buttons look dead while the keyboard still works.
+    void realServicesOpenTheirWindowsWithTheMouseFree_data()
+    {
+        QTest::addColumn<std::function<void()>>("open");
+        QTest::newRow("message box") << std::function<void()>([] {
+            kvSystemMessageBox().MsgBox(u"Termin <09:00 Teambesprechung> löschen?"_s, 35, QString());
+        });
+        QTest::newRow("modal dialog") << std::function<void()>([] {
+            QDialog editor;
+            kvSystemModalRunner().Exec(editor);
+        });
+        QTest::newRow("file dialog") << std::function<void()>([] {
+            kvSystemFileDialog().GetOpenFileName(nullptr, u"Öffnen"_s, QDir::tempPath(), editorFilter);
+        });
+        QTest::newRow("print dialog") << std::function<void()>([] {
+            kvPrinterService::Job job;
+            job.DocumentName = u"kvKalivo"_s;
+            job.Pages = [](QPagedPaintDevice &) {};
+            kvSystemPrinterService().Print(nullptr, job);
+        });
+    }
+
+    void realServicesOpenTheirWindowsWithTheMouseFree()
+    {
+        QFETCH(std::function<void()>, open);
+        QWidget holder;
+        holder.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&holder));
+        holder.grabMouse();
+        QCOMPARE(QWidget::mouseGrabber(), &holder);
+
+        bool seen = false;
+        QWidget *grabberWhileOpen = &holder;
+        whenShown<QDialog>([&](QDialog *dialog) {
+            seen = true;
+            grabberWhileOpen = QWidget::mouseGrabber();
+            dialog->done(QDialog::Rejected);
+        });
+        open();
+        QVERIFY(seen);
+        QCOMPARE(grabberWhileOpen, nullptr);
+    }
+
     // --- file dialog ---------------------------------------------------------------------
 
     void filterConversion_data()
@@ -223,7 +270,7 @@ private slots:
                                          << u"Beschreibung (*.doc);;Alle Dateien (*)"_s;
         QTest::newRow("several patterns") << u"Dokumente|*.doc;*.rtf"_s << u"Dokumente (*.doc *.rtf)"_s;
         QTest::newRow("spaces around patterns") << u"Dokumente| *.doc ; *.rtf "_s << u"Dokumente (*.doc *.rtf)"_s;
-        QTest::newRow("spec's editor filter") << specFilter << specQtFilters.join(u";;"_s);
+        QTest::newRow("the editor's filter") << editorFilter << editorQtFilters.join(u";;"_s);
         QTest::newRow("trailing separator") << u"Textdateien|*.txt|"_s << u"Textdateien (*.txt)"_s;
         QTest::newRow("description without patterns") << u"Alles"_s << u"Alles (*)"_s;
         QTest::newRow("parentheses that are no patterns") << u"Dokumente (alt)|*.doc"_s
@@ -241,8 +288,8 @@ private slots:
     void qtReadsTheConvertedPatterns()
     {
         QFileDialog dialog;
-        dialog.setNameFilter(kvFileDialog::ToQtFilter(specFilter));
-        QCOMPARE(dialog.nameFilters(), specQtFilters);
+        dialog.setNameFilter(kvFileDialog::ToQtFilter(editorFilter));
+        QCOMPARE(dialog.nameFilters(), editorQtFilters);
     }
 
     void systemFileDialogReturnsTheChosenFile()
@@ -268,11 +315,11 @@ private slots:
             fileName->setText(path);
             static_cast<QDialog *>(dialog)->accept();   // QFileDialog::accept() is protected
         });
-        const QString chosen = kvSystemFileDialog().GetOpenFileName(nullptr, u"Öffnen"_s, dir.path(), specFilter);
+        const QString chosen = kvSystemFileDialog().GetOpenFileName(nullptr, u"Öffnen"_s, dir.path(), editorFilter);
 
         QCOMPARE(chosen, path);
         QCOMPARE(title, u"Öffnen"_s);
-        QCOMPARE(filters, specQtFilters);
+        QCOMPARE(filters, editorQtFilters);
         QCOMPARE(directory, QDir(dir.path()).absolutePath());
     }
 
@@ -283,7 +330,7 @@ private slots:
             seen = true;
             dialog->reject();
         });
-        QVERIFY(kvSystemFileDialog().GetOpenFileName(nullptr, u"Öffnen"_s, QDir::tempPath(), specFilter).isEmpty());
+        QVERIFY(kvSystemFileDialog().GetOpenFileName(nullptr, u"Öffnen"_s, QDir::tempPath(), editorFilter).isEmpty());
         QVERIFY(seen);
     }
 
@@ -292,14 +339,14 @@ private slots:
         kvScriptedFileDialog dialog;
         QWidget parent;
         dialog.EnqueuePath(u"/tmp/Termin.doc"_s);
-        QCOMPARE(dialog.GetOpenFileName(&parent, u"Öffnen"_s, u"/tmp"_s, specFilter), u"/tmp/Termin.doc"_s);
-        QVERIFY(dialog.GetOpenFileName(nullptr, u"Öffnen"_s, QString(), specFilter).isEmpty());
+        QCOMPARE(dialog.GetOpenFileName(&parent, u"Öffnen"_s, u"/tmp"_s, editorFilter), u"/tmp/Termin.doc"_s);
+        QVERIFY(dialog.GetOpenFileName(nullptr, u"Öffnen"_s, QString(), editorFilter).isEmpty());
 
         QCOMPARE(dialog.CallCount(), 2);
         QCOMPARE(dialog.Calls().at(0).parent.data(), &parent);
         QCOMPARE(dialog.Calls().at(0).title, u"Öffnen"_s);
         QCOMPARE(dialog.Calls().at(0).initialPath, u"/tmp"_s);
-        QCOMPARE(dialog.Calls().at(0).vbFilter, specFilter);
+        QCOMPARE(dialog.Calls().at(0).vbFilter, editorFilter);
         QVERIFY(dialog.Calls().at(1).parent.isNull());
     }
 

@@ -16,6 +16,7 @@
 #include "kvControlArray.h"
 #include "kvInt16.h"
 #include "kvModalRunner.h"
+#include "kvModalWindows.h"
 #include "kvMessageBox.h"
 #include "PublicHolidays.h"
 #include "kvOleColor.h"
@@ -100,6 +101,8 @@ void kvKalivo::Initialize()
     setActualDate(kvPlatform::clock().Today().date());
     CreateTimers();
     connect(qApp, &QApplication::focusChanged, this, &kvKalivo::OnFocusChanged);
+    // A modal window takes the focus, as a click elsewhere does; the row must let go of the mouse first.
+    connect(&kvModalWindows::ThreadInstance(), &kvModalWindows::opening, this, &kvKalivo::HideToolTip);
 }
 
 void kvKalivo::CreateToolbar()
@@ -633,7 +636,7 @@ void kvKalivo::ShowCalendarWeek()
 
 void kvKalivo::HideToolTip()
 {
-    // Part 3.6: mode off, both timers stopped, tooltip hidden.
+    // Mode off, both timers stopped, tooltip hidden; with the tooltip mode the row's capture ends.
     m_tooltipMode = false;
     if (m_timerTooltip)
         m_timerTooltip->stop();
@@ -641,6 +644,8 @@ void kvKalivo::HideToolTip()
         m_timerTooltipOff->stop();
     if (m_toolTip)
         m_toolTip->hide();
+    if (m_days)
+        ReleaseRowCapture();
 }
 
 void kvKalivo::ReportError(int code, const QString &description)
@@ -994,8 +999,7 @@ void kvKalivo::RestoreDayHeader(ctlDay &cell)
 void kvKalivo::Reload()
 {
     try {
-        HideToolTip();
-        ReleaseRowCapture(); // the rows that could hold the mouse are unloaded
+        HideToolTip(); // and the row that could hold the mouse lets go: the rows are unloaded
         for (int index = 1; index <= DayCellCount(); ++index)
             (*m_days)(index)->ClearDates();
         FillGrid();
@@ -1438,6 +1442,7 @@ void kvKalivo::OnTimerTooltipOff()
 {
     m_timerTooltipOff->stop();
     m_tooltipMode = false;
+    ReleaseRowCapture();
 }
 
 void kvKalivo::ShowToolTip()

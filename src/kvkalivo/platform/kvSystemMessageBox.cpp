@@ -1,5 +1,7 @@
 #include "kvSystemMessageBox.h"
 
+#include "kvModalWindows.h"
+
 #include <QApplication>
 #include <QMessageBox>
 
@@ -84,6 +86,7 @@ int kvSystemMessageBox::MsgBox(const QString &prompt, int buttons, const QString
         box.addButton(qtButton(result));
     box.setDefaultButton(qtButton(DefaultResult(buttons)));
     box.setEscapeButton(box.button(qtButton(EscapeResult(buttons))));
+    kvModalWindows::PrepareToOpen();
     box.exec();
 
     return vbResult(box.standardButton(box.clickedButton()), EscapeResult(buttons));

@@ -7,7 +7,7 @@
     \brief kvSystemModalRunner, the modal runner's real implementation.
 */
 
-//! The real modal runner: QDialog::exec().
+//! The real modal runner: QDialog::exec(), after kvModalWindows::PrepareToOpen().
 class KVKALIVO_EXPORT kvSystemModalRunner : public kvModalRunner
 {
 public:

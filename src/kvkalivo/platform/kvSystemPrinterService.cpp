@@ -1,5 +1,7 @@
 #include "kvSystemPrinterService.h"
 
+#include "kvModalWindows.h"
+
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QPrintDialog>
@@ -37,6 +39,7 @@ public:
 
     bool Exec()
     {
+        kvModalWindows::PrepareToOpen();
         const int result = m_dialog.exec();
         if (m_failure)
             std::rethrow_exception(m_failure);
@@ -99,6 +102,7 @@ bool kvSystemPrinterService::Print(QWidget *parent, const Job &job)
 
     QPrintDialog chooser(&printer, parent);
     chooser.setWindowTitle(QStringLiteral("Drucken – ") + job.DocumentName);
+    kvModalWindows::PrepareToOpen();
     if (chooser.exec() != QDialog::Accepted)
         return false;
 
