@@ -6,9 +6,12 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QLibraryInfo>
+#include <QLocale>
 #include <QMessageBox>
 #include <QSettings>
 #include <QTextStream>
+#include <QTranslator>
 
 #include <memory>
 
@@ -40,6 +43,12 @@ int main(int argc, char *argv[])
     QApplication::setOrganizationName(QStringLiteral("kvKalivo"));
     QApplication::setApplicationName(QStringLiteral("kvkalivo-demo"));
     QApplication::setApplicationDisplayName(QStringLiteral("kvKalivo Demo"));
+    // The file and print dialogs in German, like the control (Qt's translation, Debian:
+    // qt6-translations-l10n).
+    QTranslator qtGerman;
+    if (qtGerman.load(QLocale(QLocale::German, QLocale::Germany), QStringLiteral("qtbase"),
+                      QStringLiteral("_"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QApplication::installTranslator(&qtGerman);
 
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(

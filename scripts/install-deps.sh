@@ -14,6 +14,8 @@ PACKAGES=(
   libqt6sql6-mysql libqt6sql6-odbc unixodbc odbcinst tdsodbc odbc-mdbtools
   mariadb-server mariadb-client
   poppler-utils
+  qt6-translations-l10n  # Qt's own German texts for the standard dialogs (file, print)
+  xvfb openbox xdotool x11-utils imagemagick  # the end-to-end tests: a real X server driven by real input
   doxygen
 )
 

@@ -194,6 +194,50 @@ private slots:
         QCOMPARE(seen.text, u"kvKalivo-Fehlercode 600\nTabelle fehlt"_s);
     }
 
+    // The control speaks German whatever translator the host installed (here: one that
+    // answers every text with "?", and Qt's own English when it is removed).
+    void systemMessageBoxButtonsAreGerman_data()
+    {
+        QTest::addColumn<int>("style");
+        QTest::addColumn<QStringList>("captions");
+        QTest::newRow("question, Yes/No/Cancel") << 35 << QStringList{u"Ja"_s, u"Nein"_s, u"Abbrechen"_s};
+        QTest::newRow("critical, OK") << 16 << QStringList{u"OK"_s};
+        QTest::newRow("OK/Cancel") << int(kvMessageBox::vbOKCancel) << QStringList{u"OK"_s, u"Abbrechen"_s};
+        QTest::newRow("Abort/Retry/Ignore") << int(kvMessageBox::vbAbortRetryIgnore)
+                                            << QStringList{u"Abbrechen"_s, u"Wiederholen"_s, u"Ignorieren"_s};
+        QTest::newRow("Yes/No") << int(kvMessageBox::vbYesNo) << QStringList{u"Ja"_s, u"Nein"_s};
+        QTest::newRow("Retry/Cancel") << int(kvMessageBox::vbRetryCancel)
+                                      << QStringList{u"Wiederholen"_s, u"Abbrechen"_s};
+    }
+
+    void systemMessageBoxButtonsAreGerman()
+    {
+        QFETCH(int, style);
+        QFETCH(QStringList, captions);
+        struct QuestionMarks : QTranslator
+        {
+            QString translate(const char *, const char *, const char *, int) const override { return u"?"_s; }
+            bool isEmpty() const override { return false; }
+        };
+        for (bool translated : {true, false}) {
+            QuestionMarks translator;
+            if (translated)
+                QCoreApplication::installTranslator(&translator);
+            QStringList shown;
+            whenShown<QMessageBox>([&](QMessageBox *box) {
+                for (QAbstractButton *button : box->buttons())
+                    shown << button->text().remove(u'&');
+                box->reject();
+            });
+            kvSystemMessageBox().MsgBox(u"Termin <09:00 Teambesprechung> löschen?"_s, style, QString());
+            QCoreApplication::removeTranslator(&translator);
+            shown.sort();
+            QStringList expected = captions;
+            expected.sort();
+            QCOMPARE(shown, expected);
+        }
+    }
+
     void systemMessageBoxEmptyTitleIsTheApplicationsTitle()
     {
         SeenMessageBox seen;

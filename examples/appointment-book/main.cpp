@@ -7,9 +7,12 @@
 #include <QCommandLineParser>
 #include <QDir>
 #include <QFileInfo>
+#include <QLibraryInfo>
+#include <QLocale>
 #include <QMessageBox>
 #include <QStandardPaths>
 #include <QTextStream>
+#include <QTranslator>
 
 namespace {
 
@@ -55,6 +58,12 @@ int main(int argc, char *argv[])
     QApplication app(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("kvKalivo"));
     QApplication::setApplicationName(QStringLiteral("appointment-book"));
+    // The control speaks German; Qt's own dialogs (file, print) do so with Qt's translation
+    // (Debian: qt6-translations-l10n).
+    QTranslator qtGerman;
+    if (qtGerman.load(QLocale(QLocale::German, QLocale::Germany), QStringLiteral("qtbase"),
+                      QStringLiteral("_"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QApplication::installTranslator(&qtGerman);
 
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("An appointment book on the kvKalivo control."));

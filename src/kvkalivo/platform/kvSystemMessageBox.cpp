@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QMessageBox>
+#include <QPushButton>
 
 namespace {
 
@@ -67,6 +68,29 @@ int vbResult(QMessageBox::StandardButton button, int fallback)
     }
 }
 
+// The control's captions, as a German desktop words them, whatever translator the host installed.
+QString germanCaption(int result)
+{
+    switch (result) {
+    case kvMessageBox::vbOK:
+        return QStringLiteral("OK");
+    case kvMessageBox::vbCancel:
+        return QStringLiteral("Abbrechen");
+    case kvMessageBox::vbAbort:
+        return QStringLiteral("&Abbrechen");
+    case kvMessageBox::vbRetry:
+        return QStringLiteral("&Wiederholen");
+    case kvMessageBox::vbIgnore:
+        return QStringLiteral("&Ignorieren");
+    case kvMessageBox::vbYes:
+        return QStringLiteral("&Ja");
+    case kvMessageBox::vbNo:
+        return QStringLiteral("&Nein");
+    default:
+        return QString();
+    }
+}
+
 QString windowTitle(const QString &title)
 {
     return title.isEmpty() ? QGuiApplication::applicationDisplayName() : title;
@@ -83,7 +107,7 @@ int kvSystemMessageBox::MsgBox(const QString &prompt, int buttons, const QString
                     QApplication::activeWindow());
     box.setTextFormat(Qt::PlainText);
     for (int result : ButtonResults(buttons))
-        box.addButton(qtButton(result));
+        box.addButton(qtButton(result))->setText(germanCaption(result));
     box.setDefaultButton(qtButton(DefaultResult(buttons)));
     box.setEscapeButton(box.button(qtButton(EscapeResult(buttons))));
     kvModalWindows::PrepareToOpen();

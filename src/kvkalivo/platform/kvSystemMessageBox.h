@@ -8,7 +8,8 @@
 */
 
 /*!
-    \brief The real message box: a modal QMessageBox over the application's active window.
+    \brief The real message box: a modal QMessageBox over the application's active window,
+    with German buttons ("Ja", "Nein", "Abbrechen", "OK", ...) whatever translator is installed.
 
     Where VB ignores Escape and the close box (Yes/No, Abort/Retry/Ignore), Qt's message box
     still accepts them and answers No or Abort; see kvMessageBox::EscapeResult().
