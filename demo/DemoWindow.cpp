@@ -28,10 +28,11 @@ DemoWindow::DemoWindow(std::unique_ptr<DemoDatabase> database, QSettings *settin
     m_calendar = new kvKalivo(this);
     setCentralWidget(m_calendar);
 
-    if (m_settings) {
-        const kvSettingsPropertyBag bag(m_settings, SettingsGroup);
-        m_calendar->ReadProperties(bag);
-    }
+    // A host reads saved settings; with none saved it starts a new control from its defaults.
+    if (HasSavedSettings())
+        m_calendar->ReadProperties(kvSettingsPropertyBag(m_settings, SettingsGroup));
+    else
+        m_calendar->InitProperties();
     m_calendar->setParameterizedSql(true);
     m_calendar->setRecordSource(QLatin1String(DemoDatabase::TableName));
     m_calendar->setConnection(m_database->Connection());
@@ -52,6 +53,16 @@ DemoWindow::~DemoWindow()
     // The control lets go of the connection before the database closes it.
     delete m_calendar;
     m_calendar = nullptr;
+}
+
+bool DemoWindow::HasSavedSettings() const
+{
+    if (!m_settings)
+        return false;
+    m_settings->beginGroup(SettingsGroup);
+    const bool saved = !m_settings->childKeys().isEmpty();
+    m_settings->endGroup();
+    return saved;
 }
 
 void DemoWindow::CreateEventPanel()

@@ -25,8 +25,8 @@ struct DemoOptions
     It owns the database the control is connected to and can switch to another one
     ("Datei" → "Verbindung öffnen…"). The "Ereignisse" panel beside the calendar handles and
     lists the control's host events ("Ansicht" hides it). With \a settings the control's properties are read
-    from them at the start and written back on close; without, the control starts fresh
-    and nothing is saved (--screenshot).
+    from them at the start (a new control's defaults while none are saved) and written back on
+    close; without, the control starts fresh and nothing is saved (--screenshot).
 */
 class DemoWindow : public QMainWindow
 {
@@ -48,6 +48,7 @@ protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
+    bool HasSavedSettings() const;
     void CreateEventPanel();
     void CreateMenus();
     void AskForConnection();

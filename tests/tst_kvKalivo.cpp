@@ -484,12 +484,13 @@ private slots:
         QCOMPARE(control.View(), kvKalivo::kvWeek);
         QCOMPARE(control.BorderStyle(), kvKalivo::kvNone);
         QCOMPARE(control.WeekendColumns(), kvKalivo::kvOne);
-        QCOMPARE(control.BackColor(), 0xFFFFFFu);          // the first cell's (template's) colour
+        // No day cell yet: the colour keys without a value give the control's defaults.
+        QCOMPARE(control.BackColor(), kvKalivo::DefaultBackColor);
         QCOMPARE(control.ActualDate(), fixedToday);
-        QCOMPARE(control.DayHeaderColor2(), 0x8000000Au);  // the cell's property default
+        QCOMPARE(control.DayHeaderColor2(), kvKalivo::DefaultDayHeaderColor2);
         QCOMPARE(control.DayHeaderColor1(), 0x8000000Bu);
         QCOMPARE(control.DayHeaderForeColor(), 0u);
-        QCOMPARE(control.TodayHeaderColor(), 0u);
+        QCOMPARE(control.TodayHeaderColor(), kvKalivo::DefaultTodayHeaderColor);
         QCOMPARE(control.WeeksVisible(), true);
         QCOMPARE(control.AutoRefresh(), true);
         QCOMPARE(control.ToolTipBackColor1(), 0x111111u);  // the tooltip's current colours
@@ -497,6 +498,31 @@ private slots:
         QCOMPARE(observer.arranged.count(), 0);             // the first Resize re-layouts
         QCOMPARE(observer.coloured.count(), 1);
         QCOMPARE(observer.notified.count(), 0);
+    }
+
+    // Once the grid exists, a missing colour key keeps what the first day cell shows, which a
+    // black (0) colour set since has not reached yet.
+    void readPropertiesFallsBackOnTheFirstCellsColours_data()
+    {
+        QTest::addColumn<QByteArray>("property");
+        QTest::addColumn<uint>("shown");
+        QTest::newRow("BackColor") << QByteArray("BackColor") << kvKalivo::DefaultBackColor;
+        QTest::newRow("DayHeaderColor2") << QByteArray("DayHeaderColor2") << kvKalivo::DefaultDayHeaderColor2;
+        QTest::newRow("TodayHeaderColor") << QByteArray("TodayHeaderColor") << kvKalivo::DefaultTodayHeaderColor;
+    }
+
+    void readPropertiesFallsBackOnTheFirstCellsColours()
+    {
+        QFETCH(QByteArray, property);
+        QFETCH(uint, shown);
+        kvKalivo control;
+        control.resize(800, 500);
+        control.show();
+        QVERIFY(control.DayCellCount() > 0);
+        QVERIFY(control.setProperty(property.constData(), 0u));
+        kvMemoryPropertyBag empty;
+        control.ReadProperties(empty);
+        QCOMPARE(control.property(property.constData()).toUInt(), shown);
     }
 
     void readPropertiesAppliesStoredValues()

@@ -279,23 +279,21 @@ void kvKalivo::InitProperties()
 
 void kvKalivo::ReadProperties(const kvPropertyBag &bag)
 {
-    // Before the first arrangement no day cell exists: the cell's property defaults (Part 3.2)
-    // stand in for "the first day cell's current colours".
     const qint32 view = bag.ReadLong(QStringLiteral("View"), kvWeek);
     m_view = kvView(fitsInt16(view) ? view : kvWeek);
     const qint32 borderStyle = bag.ReadLong(QStringLiteral("BorderStyle"), kvNone);
     m_borderStyle = enBorderStyle(fitsInt16(borderStyle) ? borderStyle : kvNone);
     m_weekendColumns = enWeekendColumns(bag.ReadInteger(QStringLiteral("WeekendColumns"), kvOne));
-    m_backColor = uint(bag.ReadLong(QStringLiteral("BackColor"), qint32(ctlDay::DefaultBackColor)));
+    m_backColor = ReadCellColour(bag, QStringLiteral("BackColor"), &ctlDay::BackColor, DefaultBackColor);
     m_actualDate = bag.ReadDate(QStringLiteral("ActualDate"), kvPlatform::clock().Today());
-    m_dayHeaderColor2 = uint(bag.ReadLong(QStringLiteral("DayHeaderColor2"),
-                                          qint32(ctlDay::DefaultDayHeaderColor2)));
+    m_dayHeaderColor2 = ReadCellColour(bag, QStringLiteral("DayHeaderColor2"), &ctlDay::DayHeaderColor2,
+                                       DefaultDayHeaderColor2);
     m_dayHeaderColor1 = uint(bag.ReadLong(QStringLiteral("DayHeaderColor1"),
                                           qint32(DefaultDayHeaderColor1)));
-    m_dayHeaderForeColor = uint(bag.ReadLong(QStringLiteral("DayHeaderForeColor"),
-                                             qint32(ctlDay::DefaultDayHeaderForeColor)));
-    m_todayHeaderColor = uint(bag.ReadLong(QStringLiteral("TodayHeaderColor"),
-                                           qint32(ctlDay::DefaultTodayHeaderColor)));
+    m_dayHeaderForeColor = ReadCellColour(bag, QStringLiteral("DayHeaderForeColor"),
+                                          &ctlDay::DayHeaderForeColor, 0);
+    m_todayHeaderColor = ReadCellColour(bag, QStringLiteral("TodayHeaderColor"),
+                                        &ctlDay::TodayHeaderColor, DefaultTodayHeaderColor);
     m_weeksVisible = bag.ReadBoolean(QStringLiteral("WeeksVisible"), true);
     m_recordSource = bag.ReadString(QStringLiteral("RecordSource"), QString());
     m_autoRefresh = bag.ReadBoolean(QStringLiteral("AutoRefresh"), true);
@@ -320,6 +318,17 @@ void kvKalivo::ReadProperties(const kvPropertyBag &bag)
     // was read rather than the one Initialize set; neither re-layouts nor notifies.
     SyncDatePicker();
     ShowCalendarWeek();
+}
+
+/*!
+    A colour key falls back on what the first day cell shows; before the first arrangement no
+    cell exists, and a host's fresh control gets the documented default instead.
+*/
+uint kvKalivo::ReadCellColour(const kvPropertyBag &bag, const QString &key,
+                              uint (ctlDay::*cellColour)() const, uint defaultColour) const
+{
+    const uint shown = DayCellCount() > 0 ? (DayCell(1)->*cellColour)() : defaultColour;
+    return uint(bag.ReadLong(key, qint32(shown)));
 }
 
 void kvKalivo::WriteProperties(kvPropertyBag &bag) const

@@ -394,7 +394,10 @@ public:
 
     //! Part 1.1: the defaults of a new control; the constructor already applied them.
     void InitProperties();
-    //! Part 1.1: reads the saved settings, key by key, with the spec's fallbacks.
+    /*!
+        Reads the saved settings key by key; a missing key keeps its default, a missing colour
+        what the first day cell shows (before the first arrangement: the default).
+    */
     void ReadProperties(const kvPropertyBag &bag);
     //! Part 1.1: writes the persisted settings; values equal to their default are not stored.
     void WriteProperties(kvPropertyBag &bag) const;
@@ -538,6 +541,8 @@ private:
     void ReleaseRowCapture();
 
     void SetCellColour(uint &field, uint color, const QString &propertyName);
+    uint ReadCellColour(const kvPropertyBag &bag, const QString &key,
+                        uint (ctlDay::*cellColour)() const, uint defaultColour) const;
     void Notify(const QString &propertyName);
     void EnableDatabaseButtons(int connectionState);
     void ReportError(int code, const QString &description);
