@@ -557,6 +557,58 @@ private slots:
         QCOMPARE(second, QStringLiteral("'Endet' hat keine gütiges Datum/Zeit Format!"));
     }
 
+    // A typed begin time that matches a list entry is still typed: leaving the box only
+    // moves an earlier end up to it; the duration is kept only for a pick from the list.
+    void typedBeginTimeOnlyValidates_data()
+    {
+        QTest::addColumn<int>("action");
+        QTest::addColumn<QString>("begin");
+        QTest::addColumn<QString>("end");
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<int>("leaveWith");
+        QTest::addColumn<QString>("expectedEnd");
+        const auto row = [](const char *name, int action, const char *begin, const char *end,
+                            const char *typed, Qt::Key leaveWith, const char *expectedEnd) {
+            QTest::newRow(name) << action << QString::fromLatin1(begin) << QString::fromLatin1(end)
+                                << QString::fromLatin1(typed) << int(leaveWith)
+                                << QString::fromLatin1(expectedEnd);
+        };
+        row("all day, 18:00, Tab", 3, "00:00", "00:00", "18:00", Qt::Key_Tab, "18:00");
+        row("new, 09:00, Tab", 1, "00:00", "00:00", "09:00", Qt::Key_Tab, "09:00");
+        row("end still later, Backtab", 3, "09:00", "10:30", "10:00", Qt::Key_Backtab, "10:30");
+    }
+
+    void typedBeginTimeOnlyValidates()
+    {
+        QFETCH(int, action);
+        QFETCH(QString, begin);
+        QFETCH(QString, end);
+        QFETCH(QString, typed);
+        QFETCH(int, leaveWith);
+        QFETCH(QString, expectedEnd);
+        const QTime beginTime = QTime::fromString(begin, QStringLiteral("hh:mm"));
+        const QTime endTime = QTime::fromString(end, QStringLiteral("hh:mm"));
+        Appointment in = existing();
+        in.action = qint16(action);
+        in.begin = at(2026, 11, 23, beginTime.hour(), beginTime.minute());
+        in.end = at(2026, 11, 23, endTime.hour(), endTime.minute());
+        QString endShown;
+        int lastBegin = -1;
+        run(in, [&](QDialog &dialog) {
+            activate(dialog);
+            fullTime()->setChecked(false);
+            timeBegin()->setFocus();
+            typeTime(timeBegin(), typed);
+            QTest::keyClick(timeBegin(), Qt::Key(leaveWith));
+            endShown = timeEnd()->currentText();
+            lastBegin = editor().LastBeginTime();
+            dialog.reject();
+            return result(dialog);
+        });
+        QCOMPARE(endShown, expectedEnd);
+        QCOMPARE(lastBegin, beginTime.hour() * 60 + beginTime.minute()); // as loaded
+    }
+
     // Edge case: with 09:00 to 10:30, picking 11:00 as begin gives end 12:30.
     void pickingBeginKeepsDuration()
     {

@@ -141,7 +141,10 @@ QComboBox *frmEdit::CreateTimeBox(const QString &name)
 {
     auto *box = new QComboBox(this);
     box->setObjectName(name);
-    box->setEditable(true);
+    auto *edit = new QLineEdit(box);
+    MarkTypedCommits(edit, true);
+    box->setLineEdit(edit); // the box connects its own reaction to the field here
+    MarkTypedCommits(edit, false);
     // A VB combo box neither completes nor adds what is typed to its list.
     box->setCompleter(nullptr);
     box->setInsertPolicy(QComboBox::NoInsert);
@@ -149,6 +152,18 @@ QComboBox *frmEdit::CreateTimeBox(const QString &name)
     box->setMaxVisibleItems(12);
     box->installEventFilter(this);
     return box;
+}
+
+/*!
+    QComboBox reports "activated" also when typed text that equals a list entry is committed
+    (Return, or leaving the box): that is typing, not a pick from the list. The box reacts to
+    its text field's two signals between a connection made with \a typing true and one made
+    with false, which mark that reaction as typing.
+*/
+void frmEdit::MarkTypedCommits(QLineEdit *edit, bool typing)
+{
+    for (auto signal : { &QLineEdit::returnPressed, &QLineEdit::editingFinished })
+        connect(edit, signal, this, [this, typing] { m_committingTypedTime = typing; });
 }
 
 QPushButton *frmEdit::CreateButton(const QString &name, const QString &caption)
@@ -332,8 +347,15 @@ void frmEdit::ConnectControls()
     const auto guard = [this](void (frmEdit::*handler)()) {
         return [this, handler] { Guarded([this, handler] { (this->*handler)(); }); };
     };
-    connect(m_cboTimeBegin, &QComboBox::activated, this, guard(&frmEdit::cboTimeBegin_Click));
-    connect(m_cboTimeEnd, &QComboBox::activated, this, guard(&frmEdit::cboTimeEnd_Click));
+    // Click: an entry picked from the list.
+    const auto picked = [this, guard](void (frmEdit::*handler)()) {
+        return [this, handler = guard(handler)] {
+            if (!m_committingTypedTime)
+                handler();
+        };
+    };
+    connect(m_cboTimeBegin, &QComboBox::activated, this, picked(&frmEdit::cboTimeBegin_Click));
+    connect(m_cboTimeEnd, &QComboBox::activated, this, picked(&frmEdit::cboTimeEnd_Click));
     connect(m_dtPickerBegin, &QDateEdit::dateChanged, this, guard(&frmEdit::DTPickerBegin_Change));
     connect(m_dtPickerEnd, &QDateEdit::dateChanged, this, guard(&frmEdit::DTPickerEnd_Change));
     connect(m_chkFullTime, &QCheckBox::toggled, this, guard(&frmEdit::chkFullTime_Click));

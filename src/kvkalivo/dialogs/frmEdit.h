@@ -107,6 +107,7 @@ private:
     void CreateContextMenu();
     QLabel *CreateLabel(const QString &name, const QString &caption);
     QComboBox *CreateTimeBox(const QString &name);
+    void MarkTypedCommits(QLineEdit *edit, bool typing);
     QPushButton *CreateButton(const QString &name, const QString &caption);
     void LayoutControls();
     void ConnectControls();
@@ -209,4 +210,6 @@ private:
     bool m_panelStyle = false;
     //! Set while the focus is put back into a time box, so that no other box validates.
     bool m_refocusing = false;
+    //! Set while a time box commits typed text, which QComboBox also reports as activated.
+    bool m_committingTypedTime = false;
 };
