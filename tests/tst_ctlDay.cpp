@@ -14,6 +14,7 @@
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QToolTip>
+#include <QWheelEvent>
 #include <QtTest>
 
 #include <memory>
@@ -314,6 +315,40 @@ private slots:
             QCOMPARE(cell->Entries(qint16(i))->Top(), (i - 1) * 16 + 15 - 2 * 16);
         cell->VScroll()->setValue(0);
         QCOMPARE(cell->Entries(1)->Top(), 15);
+    }
+
+    // The wheel over the rows scrolls as over the bar: a row a notch, within the bar's range.
+    void wheelOverTheRowsScrollsByWholeRows_data()
+    {
+        QTest::addColumn<int>("startValue");
+        QTest::addColumn<int>("notches");
+        QTest::addColumn<int>("expectedValue");
+        QTest::newRow("one notch down") << 0 << -1 << 1;
+        QTest::newRow("one notch up") << 2 << 1 << 1;
+        QTest::newRow("up at the top") << 0 << 1 << 0;
+        QTest::newRow("down past the end") << 0 << -20 << 9;
+    }
+
+    void wheelOverTheRowsScrollsByWholeRows()
+    {
+        QFETCH(int, startValue);
+        QFETCH(int, notches);
+        QFETCH(int, expectedValue);
+        const auto cell = makeCell(180, 200);
+        addRows(*cell, 20);
+        showAndWait(*cell);
+        cell->resize(181, 200); // Resize: 16-pixel rows, the 12th to the 20th below the cell
+        QCOMPARE(cell->VScroll()->maximum(), 9);
+        cell->VScroll()->setValue(startValue);
+        const QPointF overRow(40, cell->Entries(3)->Top() + 5);
+        for (int notch = 0; notch < std::abs(notches); ++notch) {
+            QWheelEvent wheel(overRow, cell->mapToGlobal(overRow), QPoint(),
+                              QPoint(0, notches < 0 ? -120 : 120), Qt::NoButton, Qt::NoModifier,
+                              Qt::NoScrollPhase, false);
+            QApplication::sendEvent(cell.get(), &wheel);
+        }
+        QCOMPARE(cell->VScroll()->value(), expectedValue);
+        QCOMPARE(cell->Entries(1)->Top(), 15 - expectedValue * 16);
     }
 
     // --- Colours and properties ----------------------------------------------------------------

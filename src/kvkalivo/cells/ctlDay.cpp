@@ -10,12 +10,14 @@
 #include "kvPropertyBag.h"
 #include "kvRuntimeError.h"
 
+#include <QCoreApplication>
 #include <QHelpEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScrollBar>
 #include <QStyle>
 #include <QToolTip>
+#include <QWheelEvent>
 
 #include <cmath>
 #include <limits>
@@ -579,6 +581,15 @@ void ctlDay::mouseDoubleClickEvent(QMouseEvent *event)
             break;
         }
     });
+}
+
+//! The wheel anywhere over the cell scrolls it as over VScroll: by whole rows.
+void ctlDay::wheelEvent(QWheelEvent *event)
+{
+    if (m_vScroll->isVisible())
+        QCoreApplication::sendEvent(m_vScroll, event);
+    else
+        event->ignore();
 }
 
 void ctlDay::OnEntryMouseUp(qint16 index, qint16 button, qint16 shift, float x, float y)
