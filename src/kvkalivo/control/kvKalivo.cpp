@@ -225,10 +225,12 @@ void kvKalivo::CreateContextMenu()
                                QStringLiteral("Wochenansicht"), QStringLiteral("-"),
                                QStringLiteral("Drucken")};
     for (int index = 0; index < captions.size(); ++index) {
-        QAction *item = m_contextMenu->addAction(captions.at(index));
+        // A "-" caption is a separator line; styles would draw its text as a section title.
+        const bool separator = captions.at(index) == QLatin1String("-");
+        QAction *item = m_contextMenu->addAction(separator ? QString() : captions.at(index));
         item->setObjectName(QStringLiteral("KontextDay%1").arg(index));
         item->setProperty("Index", index);
-        item->setSeparator(captions.at(index) == QLatin1String("-"));
+        item->setSeparator(separator);
         connect(item, &QAction::triggered, this, [this, index] { OnContextMenuItem(index); });
         m_contextItems.append(item);
     }
