@@ -46,6 +46,7 @@ DemoWindow::DemoWindow(std::unique_ptr<DemoDatabase> database, QSettings *settin
     CreateMenus();
     UpdateTitle();
     resize(1280, 800);
+    m_calendar->setFocus(); // the keyboard starts in the calendar
 }
 
 DemoWindow::~DemoWindow()

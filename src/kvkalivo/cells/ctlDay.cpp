@@ -1,5 +1,6 @@
 #include "ctlDay.h"
 
+#include "ctlDayAccessible.h"
 #include "frmPicSelector.h"
 #include "kvErrorReporting.h"
 #include "kvFaultInjection.h"
@@ -11,6 +12,7 @@
 #include "kvRuntimeError.h"
 
 #include <QCoreApplication>
+#include <QAccessible>
 #include <QHelpEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -69,6 +71,7 @@ ctlDay::ctlDay(QWidget *parent)
     , m_rows(QStringLiteral("ctlEntry"), [this](int index) { return CreateRow(index); })
 {
     setObjectName(QStringLiteral("ctlDay"));
+    ctlDayAccessible::Install();
     setAttribute(Qt::WA_OpaquePaintEvent);
     setMouseTracking(true);
     QFont cellFont = font();
@@ -135,7 +138,10 @@ void ctlDay::ConnectRow(ctlEntry *row, qint16 index)
 void ctlDay::ConnectHeader()
 {
     connect(m_header, &ctlEntry::MouseUp, this, [this](qint16 button, qint16 shift, float x, float y) {
-        reportFailures(FailureCode, [&] { Q_EMIT DayMouseUp(button, shift, x, y); });
+        reportFailures(FailureCode, [&] {
+            SetFocusEntry(0);
+            Q_EMIT DayMouseUp(button, shift, x, y);
+        });
     });
     connect(m_header, &ctlEntry::DblClick, this, [this] {
         reportFailures(FailureCode, [this] { Q_EMIT DayDblClick(); });
@@ -229,6 +235,7 @@ void ctlDay::ClearDates()
     reportFailures(FailureCode, [this] {
         UnloadRows();
         m_entries.reset();
+        SetFocusEntry(0);
         m_lastRowIndex = 0;
         m_reservedRowIndex = 0;
         m_nextRowTop = m_header->Height();
@@ -540,6 +547,7 @@ void ctlDay::mouseReleaseEvent(QMouseEvent *event)
                                         event->modifiers());
             break;
         case Area::Background:
+            SetFocusEntry(0);
             Q_EMIT DayMouseUp(ctlEntry::VbButton(event->button()),
                               ctlEntry::VbShift(event->modifiers()), float(pos.x()), float(pos.y()));
             break;
@@ -596,6 +604,7 @@ void ctlDay::OnEntryMouseUp(qint16 index, qint16 button, qint16 shift, float x, 
 {
     reportFailures(FailureCode, [&] {
         m_activeEntryIndex = index;
+        SetFocusEntry(index);
         Q_EMIT EntryMouseUp(index, button, shift, x, y);
     });
 }
@@ -634,6 +643,79 @@ void ctlDay::ReleaseCapture()
     m_rowCapture.reset();
     if (QWidget::mouseGrabber() == this)
         releaseMouse();
+}
+
+// --- Keyboard selection ---------------------------------------------------------------------
+
+void ctlDay::SelectEntry(qint16 index)
+{
+    reportFailures(FailureCode, [this, index] {
+        if (index > 0) {
+            Entries(index); // an unknown row fails here, as for a click the cell never had
+            m_activeEntryIndex = index;
+            ScrollIntoView(index);
+        }
+        SetFocusEntry(index);
+    });
+}
+
+void ctlDay::SetFocusEntry(qint16 index)
+{
+    if (m_focusEntryIndex == index)
+        return;
+    m_focusEntryIndex = index;
+    update();
+    if (hasFocus())
+        AnnounceFocus();
+}
+
+//! Tells an assistive tool where the focus is: on the selected row, or on the day itself.
+void ctlDay::AnnounceFocus()
+{
+    QObject *focused = this;
+    if (m_focusEntryIndex > 0 && m_focusEntryIndex <= EntriesCount())
+        focused = Entries(m_focusEntryIndex);
+    QAccessibleEvent event(focused, QAccessible::Focus);
+    QAccessible::updateAccessibility(&event);
+}
+
+//! Scrolls by whole rows until row \a index lies wholly below the header.
+void ctlDay::ScrollIntoView(qint16 index)
+{
+    if (!m_vScroll->isVisible())
+        return;
+    const int rowHeight = Entries(1)->Height();
+    const int headerHeight = m_header->Height();
+    const int shownRows = std::max(1, (InnerHeight() - headerHeight) / rowHeight);
+    const int top = index - 1;
+    int value = m_vScroll->value();
+    if (top < value)
+        value = top;
+    else if (top >= value + shownRows)
+        value = top - shownRows + 1;
+    m_vScroll->setValue(value);
+}
+
+void ctlDay::focusInEvent(QFocusEvent *event)
+{
+    QWidget::focusInEvent(event);
+    if (m_focusEntryIndex > 0)
+        AnnounceFocus(); // the widget's own announcement names the day
+}
+
+//! The focus frames: round the day, and round its selected row.
+void ctlDay::PaintFocusFrames(QPainter &painter) const
+{
+    painter.save();
+    painter.setPen(QPen(palette().color(QPalette::Highlight), 2));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRect(QRectF(QPointF(0, 0), QSizeF(InnerWidth(), InnerHeight())).adjusted(1, 1, -1, -1));
+    if (m_focusEntryIndex > 0 && m_focusEntryIndex <= EntriesCount()) {
+        const QRect row = Entries(m_focusEntryIndex)->geometry();
+        painter.setClipRect(QRect(0, m_header->Height(), InnerWidth(), InnerHeight()), Qt::IntersectClip);
+        painter.drawRect(QRectF(row).adjusted(1, 1, -1, -1));
+    }
+    painter.restore();
 }
 
 void ctlDay::hideEvent(QHideEvent *)
@@ -709,6 +791,8 @@ void ctlDay::paintEvent(QPaintEvent *event)
         }
         m_header->Paint(painter, colours); // rows scrolled above it pass beneath the header
         PaintIcons(painter);
+        if (hasFocus())
+            PaintFocusFrames(painter);
     });
 }
 

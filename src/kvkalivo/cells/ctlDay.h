@@ -128,6 +128,14 @@ public:
     void SetCapture(qint16 entryIndex);
     void ReleaseCapture();
 
+    //! The selected row, 1-based, that the focus frame marks; 0: the day itself.
+    qint16 FocusEntryIndex() const { return m_focusEntryIndex; }
+    /*!
+        Selects row \a index (0: the day itself) as a click on it does: a row becomes the
+        ActiveEntryIndex and is scrolled into view. An index without a row is reported as 200.
+    */
+    void SelectEntry(qint16 index);
+
     void InitProperties();
     void ReadProperties(const kvPropertyBag &bag);
     void WriteProperties(kvPropertyBag &bag) const;
@@ -157,6 +165,7 @@ protected:
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseDoubleClickEvent(QMouseEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
 
 private:
     //! VB's Collection of the rows: insertion order, and the key index + "_".
@@ -195,6 +204,10 @@ private:
     void OnEntryPointer(qint16 index, float x, float y, bool pressed);
     bool ShowHoverText(QHelpEvent *event);
     void PaintIcons(QPainter &painter) const;
+    void PaintFocusFrames(QPainter &painter) const;
+    void SetFocusEntry(qint16 index);
+    void AnnounceFocus();
+    void ScrollIntoView(qint16 index);
 
     kvDate m_datDay;
     uint m_headerBackColor = 0;
@@ -206,6 +219,7 @@ private:
     bool m_isActualDay = DefaultIsActualDay;
     bool m_borderVisible = false;
     qint16 m_activeEntryIndex = 0;
+    qint16 m_focusEntryIndex = 0;
     qint16 m_lastRowIndex = 0;
     qint16 m_reservedRowIndex = 0;
     qint32 m_nextRowTop = 0;

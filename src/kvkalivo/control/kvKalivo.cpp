@@ -31,6 +31,8 @@
 #include <QDateEdit>
 #include <QFontMetrics>
 #include <QIcon>
+#include <QFocusEvent>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QMenu>
 #include <QPaintEvent>
@@ -67,7 +69,8 @@ kvKalivo::kvKalivo(QWidget *parent)
 {
     setObjectName(QStringLiteral("kvKalivo"));
     setLocale(kvDefaultLocale());
-    setFocusPolicy(Qt::StrongFocus);
+    // Not a tab stop of its own: Tab reaches the toolbar, the date picker and the grid.
+    setFocusPolicy(Qt::NoFocus);
     setAttribute(Qt::WA_OpaquePaintEvent);
     Initialize();
     InitProperties();
@@ -131,8 +134,10 @@ void kvKalivo::CreateToolbar()
     };
     int position = 1;
     for (const Button &button : buttons) {
-        AddToolbarButton(position++, QString::fromUtf16(button.key),
-                         QString::fromUtf16(button.toolTip), QString::fromUtf16(button.image));
+        QAction *action = AddToolbarButton(position++, QString::fromUtf16(button.key),
+                                           QString::fromUtf16(button.toolTip),
+                                           QString::fromUtf16(button.image));
+        m_toolbarMain->widgetForAction(action)->setFocusPolicy(Qt::TabFocus); // Tab: toolbar, picker, grid
     }
 }
 
@@ -173,7 +178,7 @@ void kvKalivo::CreateDatePicker()
     m_datePicker = new QDateEdit(this);
     m_datePicker->setObjectName(QStringLiteral("DTPicker1"));
     m_datePicker->setCalendarPopup(true);
-    m_datePicker->setFocusPolicy(Qt::ClickFocus);
+    m_datePicker->setFocusPolicy(Qt::StrongFocus);
     m_datePicker->setDisplayFormat(QStringLiteral("dd.MM.yyyy"));
     m_datePicker->setDateRange(QDate(1601, 1, 1), QDate(9999, 12, 31));
     connect(m_datePicker, &QDateEdit::dateChanged, this, [this](QDate date) {
@@ -694,6 +699,10 @@ void kvKalivo::ArrangeGridStages(qint16 &step)
     stage(0);
     HideToolTip();
     stage(1);
+    if (DayIndexOf(QApplication::focusWidget()) > 0) {
+        m_gridTabStop = nullptr;
+        setFocus(Qt::OtherFocusReason); // the control keeps the grid's focus for the new cells
+    }
     UnloadDayCells();
     kvGridGeometry::Input input;
     input.scaleWidth = width();
@@ -721,6 +730,7 @@ void kvKalivo::ArrangeGridStages(qint16 &step)
 void kvKalivo::UnloadDayCells()
 {
     ReleaseRowCapture();
+    m_gridTabStop = nullptr;
     for (int index = m_days->UBound(); index >= 1; --index) {
         if (m_days->isLoaded(index))
             m_days->Unload(index);
@@ -965,13 +975,44 @@ void kvKalivo::ShowMonthCaption(const kvDate &first, const kvDate &last, bool ru
 void kvKalivo::MarkActualDay()
 {
     const kvDate actualDay = m_actualDate.dateOnly();
+    ctlDay *actualCell = nullptr;
     for (int index = 1; index <= DayCellCount(); ++index) {
         ctlDay *cell = (*m_days)(index);
         const bool isActualDay = cell->datDay().dateOnly() == actualDay;
         if (cell->IsActualDay() != isActualDay)
             cell->setIsActualDay(isActualDay);
+        if (isActualDay)
+            actualCell = cell;
     }
+    PlaceGridTabStop(actualCell);
     Q_EMIT actualDayMarked();
+}
+
+/*!
+    The keyboard reaches the grid at one cell, the actual day's: Tab stops there right after
+    the date picker, and the control passes its focus on to it. The other cells take the focus
+    only from a click, so that Tab leaves the grid in one step.
+*/
+void kvKalivo::PlaceGridTabStop(ctlDay *actualCell)
+{
+    for (int index = 1; index <= DayCellCount(); ++index) {
+        ctlDay *cell = (*m_days)(index);
+        cell->setFocusPolicy(cell == actualCell ? Qt::StrongFocus : Qt::ClickFocus);
+    }
+    m_gridTabStop = actualCell;
+    if (!actualCell)
+        return;
+    QWidget::setTabOrder(m_datePicker, actualCell);
+    if (hasFocus()) // kept by the control while the cells were made anew
+        actualCell->setFocus(Qt::OtherFocusReason);
+}
+
+//! The focus given to the control itself (a host's setFocus()) goes on to the grid.
+void kvKalivo::focusInEvent(QFocusEvent *event)
+{
+    QWidget::focusInEvent(event);
+    if (m_gridTabStop)
+        m_gridTabStop->setFocus(event->reason());
 }
 
 void kvKalivo::ApplyColours()
@@ -1356,7 +1397,7 @@ void kvKalivo::OnDayMouseUp(qint16 dayIndex, qint16 button)
     m_actualDate = DayCell(dayIndex)->datDay();
     m_selectedDayIndex = dayIndex;
     MarkActualDay();
-    PopupContextMenu(false);
+    PopupContextMenu(false, QCursor::pos());
 }
 
 void kvKalivo::OnEntryMouseUp(qint16 dayIndex, qint16 entryIndex, qint16 button)
@@ -1369,15 +1410,15 @@ void kvKalivo::OnEntryMouseUp(qint16 dayIndex, qint16 entryIndex, qint16 button)
     m_selectedEntryIndex = entryIndex;
     m_selectedDayIndex = dayIndex;
     MarkActualDay();
-    PopupContextMenu(true);
+    PopupContextMenu(true, QCursor::pos());
 }
 
-void kvKalivo::PopupContextMenu(bool onRow)
+void kvKalivo::PopupContextMenu(bool onRow, const QPoint &globalPos)
 {
     m_contextItems.at(1)->setEnabled(onRow);
     m_contextItems.at(2)->setEnabled(onRow);
     m_contextItems.at(6)->setEnabled(!onRow);
-    m_contextMenu->popup(QCursor::pos());
+    m_contextMenu->popup(globalPos);
 }
 
 void kvKalivo::OnEntryDblClick(qint16 dayIndex, qint16 entryIndex)
@@ -1495,3 +1536,119 @@ void kvKalivo::ShowToolTip()
         m_toolTip->move(width() - m_toolTip->width(), m_toolTip->y());
     }
 }
+
+// --- Keyboard ---------------------------------------------------------------------------------
+
+void kvKalivo::keyPressEvent(QKeyEvent *event)
+{
+    const int dayIndex = DayIndexOf(QApplication::focusWidget());
+    if (dayIndex < 1 || !HandleGridKey(qint16(dayIndex), *event))
+        QWidget::keyPressEvent(event);
+}
+
+/*!
+    The keys of the grid, where the focus is on day cell \a dayIndex: the arrows move the
+    selection through the days and their rows, PageUp/PageDown are "Zurück"/"Vor", Home is
+    "Heute", Enter opens, Delete deletes, the menu key and Shift+F10 open the context menu.
+*/
+bool kvKalivo::HandleGridKey(qint16 dayIndex, const QKeyEvent &event)
+{
+    ctlDay *cell = DayCell(dayIndex);
+    const kvDate day = cell->datDay();
+    const qint16 row = cell->FocusEntryIndex();
+    switch (event.key()) {
+    case Qt::Key_Left:
+    case Qt::Key_Right:
+        SelectDay(day.addDays(event.key() == Qt::Key_Left ? -1 : 1));
+        return true;
+    case Qt::Key_Up:
+        if (row > 0)
+            cell->SelectEntry(qint16(row - 1));
+        else
+            SelectDay(day.addDays(-7));
+        return true;
+    case Qt::Key_Down:
+        if (row < cell->EntriesCount())
+            cell->SelectEntry(qint16(row + 1));
+        else
+            SelectDay(day.addDays(7));
+        return true;
+    case Qt::Key_PageUp:
+    case Qt::Key_PageDown:
+        StepDate(event.key() == Qt::Key_PageUp ? -1 : 1);
+        SelectDay(m_actualDate);
+        return true;
+    case Qt::Key_Home:
+        ApplyRangeCheck(kvPlatform::clock().Today());
+        SelectDay(m_actualDate);
+        return true;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        EditSelection(dayIndex, row, row > 0 ? 3 : 1);
+        return true;
+    case Qt::Key_Delete:
+        if (row > 0)
+            EditSelection(dayIndex, row, 2);
+        return true;
+    case Qt::Key_F10:
+        if (event.modifiers() != Qt::ShiftModifier)
+            return false;
+        [[fallthrough]];
+    case Qt::Key_Menu:
+        PopupContextMenuAt(dayIndex, row);
+        return true;
+    default:
+        return false;
+    }
+}
+
+/*!
+    Moves the keyboard selection to \a day, on the day itself, as a click on its cell does; a
+    day outside the grid is reached by reloading the grid around it.
+*/
+void kvKalivo::SelectDay(const kvDate &day)
+{
+    if (DayCellCount() == 0)
+        return;
+    const kvDate target = day.dateOnly();
+    if (target < FirstCellDate() || target > LastCellDate()) {
+        m_actualDate = target;
+        Reload();
+    }
+    const int index = int(target.daysSince(FirstCellDate())) + 1;
+    if (index < 1 || index > DayCellCount())
+        return;
+    ctlDay *cell = DayCell(index);
+    cell->SelectEntry(0);
+    cell->setFocus(Qt::OtherFocusReason);
+    OnDayFocus(qint16(index)); // also when the cell kept the focus through a reload
+}
+
+//! Enter and Delete: the edit flow for the selected row (or, with \a action 1, the day).
+void kvKalivo::EditSelection(qint16 dayIndex, qint16 row, qint16 action)
+{
+    m_selectedDayIndex = dayIndex;
+    m_selectedEntryIndex = row > 0 ? row : qint16(-1);
+    if (row > 0)
+        DayCell(dayIndex)->SelectEntry(row); // the edit flow reads the cell's active row
+    const kvDate day = DayCell(dayIndex)->datDay();
+    EditAppointment(action);
+    // The reload took the rows away: the selection stays at the same place of the same day.
+    if (dayIndex <= DayCellCount() && DayCell(dayIndex)->datDay() == day) {
+        ctlDay *cell = DayCell(dayIndex);
+        cell->SelectEntry(qint16(std::min<int>(row, cell->EntriesCount())));
+    }
+}
+
+//! The menu key and Shift+F10: the context menu below the selected row or day header.
+void kvKalivo::PopupContextMenuAt(qint16 dayIndex, qint16 row)
+{
+    ctlDay *cell = DayCell(dayIndex);
+    m_selectedDayIndex = dayIndex;
+    if (row > 0)
+        m_selectedEntryIndex = row;
+    const QRect area = row > 0 ? cell->Entries(row)->geometry() : cell->ctlHeader().geometry();
+    const QPoint below = area.bottomLeft() + cell->contentsRect().topLeft() + QPoint(4, 1);
+    PopupContextMenu(row > 0, cell->mapToGlobal(below));
+}
+

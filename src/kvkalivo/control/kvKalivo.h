@@ -8,6 +8,7 @@
 
 #include <QDate>
 #include <QDateTime>
+#include <QPointer>
 #include <QWidget>
 
 #include <memory>
@@ -465,6 +466,15 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
     //! A locale change (setLocale()) refills the grid with the new month and weekday names.
     void changeEvent(QEvent *event) override;
+    /*!
+        The keyboard in the grid: Left/Right the previous/next day, Up/Down the previous/next
+        row and past the first/last one the same weekday a week earlier/later, PageUp/PageDown
+        back/forward, Home today, Enter opens the selected row (or a new appointment on the
+        day), Delete asks to delete it, the menu key and Shift+F10 open the context menu.
+    */
+    void keyPressEvent(QKeyEvent *event) override;
+    //! The focus given to the control (a host's setFocus()) goes on to the selected day of the grid.
+    void focusInEvent(QFocusEvent *event) override;
 
 private:
     void Initialize();
@@ -513,6 +523,7 @@ private:
     void PlaceChrome();
     void FillGrid();
     void MarkActualDay();
+    void PlaceGridTabStop(ctlDay *actualCell);
     void ApplyColours();
     void ShowCalendarWeek();
     void SyncDatePicker();
@@ -534,7 +545,13 @@ private:
     void OnDayDblClick(qint16 dayIndex);
     void OnEntryMouseMove(qint16 dayIndex, qint16 entryIndex, qint32 x, qint32 y, qint32 entryLeft,
                           qint32 entryTop, qint32 entryWidth, qint32 entryHeight);
-    void PopupContextMenu(bool onRow);
+    void PopupContextMenu(bool onRow, const QPoint &globalPos);
+
+    // Keyboard
+    bool HandleGridKey(qint16 dayIndex, const QKeyEvent &event);
+    void SelectDay(const kvDate &day);
+    void EditSelection(qint16 dayIndex, qint16 row, qint16 action);
+    void PopupContextMenuAt(qint16 dayIndex, qint16 row);
     void OnTimerTooltip();
     void OnTimerTooltipOff();
     void ShowToolTip();
@@ -590,6 +607,7 @@ private:
     ctlKW *m_weekColumn = nullptr;
     QMenu *m_contextMenu = nullptr;
     QList<QAction *> m_contextItems;
+    QPointer<QWidget> m_gridTabStop; //!< the actual day's cell, where the keyboard enters the grid
 
     // Part 3.6
     qint16 m_selectedDayIndex = 0;
