@@ -1,3 +1,4 @@
+#include "DemoAccessibilityDump.h"
 #include "DemoDatabase.h"
 #include "DemoWindow.h"
 
@@ -77,7 +78,12 @@ int main(int argc, char *argv[])
     const QCommandLineOption sizeOption(QStringLiteral("size"),
         QStringLiteral("Window size for --screenshot, WIDTHxHEIGHT."), QStringLiteral("size"),
         QStringLiteral("1280x800"));
-    parser.addOptions({databaseOption, connectionOption, viewOption, dateOption, screenshotOption, sizeOption});
+    const QCommandLineOption accessibilityOption(QStringLiteral("accessibility-dump"),
+        QStringLiteral("For tests driving the window: write what a screen reader sees of the windows "
+                       "(role, name, place on the screen, focus) into this file whenever it changes."),
+        QStringLiteral("file"));
+    parser.addOptions({databaseOption, connectionOption, viewOption, dateOption, screenshotOption, sizeOption,
+                       accessibilityOption});
     parser.process(app);
 
     DemoOptions options;
@@ -131,6 +137,9 @@ int main(int argc, char *argv[])
                                                       : QSize(1280, 800);
             result = TakeScreenshot(window, parser.value(screenshotOption), windowSize);
         } else {
+            std::unique_ptr<DemoAccessibilityDump> dump;
+            if (parser.isSet(accessibilityOption))
+                dump = std::make_unique<DemoAccessibilityDump>(parser.value(accessibilityOption));
             window.show();
             result = app.exec();
         }
