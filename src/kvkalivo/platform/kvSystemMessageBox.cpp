@@ -6,6 +6,9 @@
 #include <QMessageBox>
 #include <QPushButton>
 
+#include <algorithm>
+#include <iterator>
+
 namespace {
 
 QMessageBox::Icon qtIcon(int buttons)
@@ -24,71 +27,47 @@ QMessageBox::Icon qtIcon(int buttons)
     }
 }
 
+//! A VB result, its Qt button and its caption, as a German desktop words it.
+struct ButtonKind
+{
+    int result;
+    QMessageBox::StandardButton standardButton;
+    const char16_t *caption;
+};
+
+constexpr ButtonKind buttonKinds[] = {
+    {kvMessageBox::vbOK, QMessageBox::Ok, u"OK"},
+    {kvMessageBox::vbCancel, QMessageBox::Cancel, u"Abbrechen"},
+    {kvMessageBox::vbAbort, QMessageBox::Abort, u"&Abbrechen"},
+    {kvMessageBox::vbRetry, QMessageBox::Retry, u"&Wiederholen"},
+    {kvMessageBox::vbIgnore, QMessageBox::Ignore, u"&Ignorieren"},
+    {kvMessageBox::vbYes, QMessageBox::Yes, u"&Ja"},
+    {kvMessageBox::vbNo, QMessageBox::No, u"&Nein"},
+};
+
+template <typename Matches>
+const ButtonKind *findButton(Matches matches)
+{
+    const auto found = std::find_if(std::begin(buttonKinds), std::end(buttonKinds), matches);
+    return found == std::end(buttonKinds) ? nullptr : found;
+}
+
+const ButtonKind *buttonFor(int result)
+{
+    return findButton([result](const ButtonKind &button) { return button.result == result; });
+}
+
 QMessageBox::StandardButton qtButton(int result)
 {
-    switch (result) {
-    case kvMessageBox::vbOK:
-        return QMessageBox::Ok;
-    case kvMessageBox::vbCancel:
-        return QMessageBox::Cancel;
-    case kvMessageBox::vbAbort:
-        return QMessageBox::Abort;
-    case kvMessageBox::vbRetry:
-        return QMessageBox::Retry;
-    case kvMessageBox::vbIgnore:
-        return QMessageBox::Ignore;
-    case kvMessageBox::vbYes:
-        return QMessageBox::Yes;
-    case kvMessageBox::vbNo:
-        return QMessageBox::No;
-    default:
-        return QMessageBox::NoButton;
-    }
+    const ButtonKind *button = buttonFor(result);
+    return button ? button->standardButton : QMessageBox::NoButton;
 }
 
-int vbResult(QMessageBox::StandardButton button, int fallback)
+int vbResult(QMessageBox::StandardButton standardButton, int fallback)
 {
-    switch (button) {
-    case QMessageBox::Ok:
-        return kvMessageBox::vbOK;
-    case QMessageBox::Cancel:
-        return kvMessageBox::vbCancel;
-    case QMessageBox::Abort:
-        return kvMessageBox::vbAbort;
-    case QMessageBox::Retry:
-        return kvMessageBox::vbRetry;
-    case QMessageBox::Ignore:
-        return kvMessageBox::vbIgnore;
-    case QMessageBox::Yes:
-        return kvMessageBox::vbYes;
-    case QMessageBox::No:
-        return kvMessageBox::vbNo;
-    default:
-        return fallback;
-    }
-}
-
-// The control's captions, as a German desktop words them, whatever translator the host installed.
-QString germanCaption(int result)
-{
-    switch (result) {
-    case kvMessageBox::vbOK:
-        return QStringLiteral("OK");
-    case kvMessageBox::vbCancel:
-        return QStringLiteral("Abbrechen");
-    case kvMessageBox::vbAbort:
-        return QStringLiteral("&Abbrechen");
-    case kvMessageBox::vbRetry:
-        return QStringLiteral("&Wiederholen");
-    case kvMessageBox::vbIgnore:
-        return QStringLiteral("&Ignorieren");
-    case kvMessageBox::vbYes:
-        return QStringLiteral("&Ja");
-    case kvMessageBox::vbNo:
-        return QStringLiteral("&Nein");
-    default:
-        return QString();
-    }
+    const ButtonKind *button = findButton(
+        [standardButton](const ButtonKind &b) { return b.standardButton == standardButton; });
+    return button ? button->result : fallback;
 }
 
 QString windowTitle(const QString &title)
@@ -106,8 +85,11 @@ int kvSystemMessageBox::MsgBox(const QString &prompt, int buttons, const QString
     QMessageBox box(qtIcon(buttons), windowTitle(title), text, QMessageBox::NoButton,
                     QApplication::activeWindow());
     box.setTextFormat(Qt::PlainText);
-    for (int result : ButtonResults(buttons))
-        box.addButton(qtButton(result))->setText(germanCaption(result));
+    for (int result : ButtonResults(buttons)) {
+        // The control's own captions, whatever translator the host installed.
+        const ButtonKind *button = buttonFor(result);
+        box.addButton(button->standardButton)->setText(QString::fromUtf16(button->caption));
+    }
     box.setDefaultButton(qtButton(DefaultResult(buttons)));
     box.setEscapeButton(box.button(qtButton(EscapeResult(buttons))));
     kvModalWindows::PrepareToOpen();
