@@ -1553,6 +1553,8 @@ void kvKalivo::keyPressEvent(QKeyEvent *event)
 */
 bool kvKalivo::HandleGridKey(qint16 dayIndex, const QKeyEvent &event)
 {
+    if (!m_userMode)
+        return false; // a form designer's grid has no days
     ctlDay *cell = DayCell(dayIndex);
     const kvDate day = cell->datDay();
     const qint16 row = cell->FocusEntryIndex();
