@@ -273,6 +273,22 @@ private slots:
         QCOMPARE(cellOf(QDate(2026, 11, 29))->ctlHeader().lblTime().ForeColor, 255u);
     }
 
+    // A reload gives every header its holiday name anew, which sets the boldness of its day
+    // number; the marking that follows makes the selected day's number bold again.
+    void selectedDayStaysBoldAfterAReload()
+    {
+        Calendar calendar;
+        calendar.control.setPublicHoliday(true);
+        calendar.control.setActualDate(QDate(2026, 11, 17));
+        ctlDay *selected = calendar.control.DayCell(2);
+        QVERIFY(selected->IsActualDay());
+        QVERIFY(selected->ctlHeader().lblTime().Bold);
+        calendar.control.setRaiseEditEvent(true);
+        calendar.control.EditAppointment(1); // the host's Edit, not cancelled: a reload
+        QVERIFY(selected->IsActualDay());
+        QVERIFY(selected->ctlHeader().lblTime().Bold);
+    }
+
     void appointmentsAppearInTheRightCells()
     {
         Calendar calendar;

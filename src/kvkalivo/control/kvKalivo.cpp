@@ -979,7 +979,8 @@ void kvKalivo::MarkActualDay()
     for (int index = 1; index <= DayCellCount(); ++index) {
         ctlDay *cell = (*m_days)(index);
         const bool isActualDay = cell->datDay().dateOnly() == actualDay;
-        if (cell->IsActualDay() != isActualDay)
+        // Renewed on the actual day: a reload's holiday name has reset its header's bold number.
+        if (isActualDay || cell->IsActualDay())
             cell->setIsActualDay(isActualDay);
         if (isActualDay)
             actualCell = cell;
