@@ -351,6 +351,22 @@ private slots:
         QCOMPARE(cell->Entries(1)->Top(), 15 - expectedValue * 16);
     }
 
+    // A row selected by the keyboard is scrolled wholly into view, below the header.
+    void selectedRowIsScrolledIntoView()
+    {
+        const auto cell = makeCell(180, 200);
+        addRows(*cell, 20);
+        showAndWait(*cell);
+        cell->resize(181, 200);
+        for (qint16 index : {12, 20, 3, 1}) {
+            cell->SelectEntry(index);
+            QCOMPARE(cell->FocusEntryIndex(), index);
+            QCOMPARE(cell->ActiveEntryIndex(), index);
+            const int top = cell->Entries(index)->Top();
+            QVERIFY2(top >= 15 && top + 16 <= 200, qPrintable(QString::number(index)));
+        }
+    }
+
     // --- Colours and properties ----------------------------------------------------------------
 
     void isTodayFalseKeepsTheTodayColourUntilDayHeaderColor2()

@@ -11,8 +11,8 @@
 #include "kvPropertyBag.h"
 #include "kvRuntimeError.h"
 
-#include <QCoreApplication>
 #include <QAccessible>
+#include <QCoreApplication>
 #include <QHelpEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -684,7 +684,7 @@ void ctlDay::ScrollIntoView(qint16 index)
 {
     if (!m_vScroll->isVisible())
         return;
-    const int rowHeight = Entries(1)->Height();
+    const int rowHeight = std::max(1, Entries(1)->Height());
     const int headerHeight = m_header->Height();
     const int shownRows = std::max(1, (InnerHeight() - headerHeight) / rowHeight);
     const int top = index - 1;
@@ -709,10 +709,11 @@ void ctlDay::PaintFocusFrames(QPainter &painter) const
     painter.save();
     painter.setPen(QPen(palette().color(QPalette::Highlight), 2));
     painter.setBrush(Qt::NoBrush);
-    painter.drawRect(QRectF(QPointF(0, 0), QSizeF(InnerWidth(), InnerHeight())).adjusted(1, 1, -1, -1));
+    painter.drawRect(QRectF(0, 0, InnerWidth(), InnerHeight()).adjusted(1, 1, -1, -1));
     if (m_focusEntryIndex > 0 && m_focusEntryIndex <= EntriesCount()) {
         const QRect row = Entries(m_focusEntryIndex)->geometry();
-        painter.setClipRect(QRect(0, m_header->Height(), InnerWidth(), InnerHeight()), Qt::IntersectClip);
+        const QRect belowHeader(0, m_header->Height(), InnerWidth(), InnerHeight());
+        painter.setClipRect(belowHeader, Qt::IntersectClip);
         painter.drawRect(QRectF(row).adjusted(1, 1, -1, -1));
     }
     painter.restore();
