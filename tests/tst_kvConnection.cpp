@@ -90,7 +90,60 @@ private slots:
         const QString joined = kvConnectionString::Join({{QStringLiteral("PWD"), QStringLiteral("x;}y")},
                                                          {QStringLiteral("Server"), QStringLiteral("h")}});
         QCOMPARE(joined, QStringLiteral("PWD={x;}}y};Server=h"));
-        QCOMPARE(kvConnectionString::Parse(joined).Value(QStringLiteral("pwd")), QStringLiteral("x;}y"));
+    }
+
+    void parseReadsBackWhatJoinWrites_data()
+    {
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QString>("value");
+        QTest::newRow("apostrophes") << QStringLiteral("Dr") << QStringLiteral("''''''''''''");
+        QTest::newRow("leading apostrophe") << QStringLiteral("Pwd") << QStringLiteral("'geheim");
+        QTest::newRow("leading double quote") << QStringLiteral("Pwd") << QStringLiteral("\"a\"b");
+        QTest::newRow("leading brace") << QStringLiteral("Pwd") << QStringLiteral("{x");
+        QTest::newRow("outer blanks") << QStringLiteral("Pwd") << QStringLiteral(" a ");
+        QTest::newRow("line break") << QStringLiteral("Pwd") << QStringLiteral("a\nb");
+        QTest::newRow("control characters") << QStringLiteral("Pwd") << QStringLiteral("\x01a\x1f;\x7f");
+        QTest::newRow("trailing control character") << QStringLiteral("Pwd") << QStringLiteral("a\x1c");
+        QTest::newRow("nul") << QStringLiteral("Pwd") << QString(QChar(0));
+        QTest::newRow("equals sign") << QStringLiteral("Pwd") << QStringLiteral("=a=");
+        QTest::newRow("empty") << QStringLiteral("Pwd") << QString();
+        QTest::newRow("key with blanks") << QStringLiteral("Data  Source") << QStringLiteral("h");
+    }
+
+    void parseReadsBackWhatJoinWrites()
+    {
+        QFETCH(QString, key);
+        QFETCH(QString, value);
+        const QList<std::pair<QString, QString>> pairs{{QStringLiteral("Driver"), QStringLiteral("SQLite3")},
+                                                       {key, value},
+                                                       {QStringLiteral("Last"), QStringLiteral("x")}};
+        const QString joined = kvConnectionString::Join(pairs);
+        kvConnectionString parsed;
+        QCOMPARE(errorNumber([&] { parsed = kvConnectionString::Parse(joined); }), 0);
+        QCOMPARE(parsed.Keys(), (QStringList{QStringLiteral("Driver"), key, QStringLiteral("Last")}));
+        QCOMPARE(parsed.Value(key), value);
+        QCOMPARE(parsed.Value(QStringLiteral("Last")), QStringLiteral("x"));
+    }
+
+    void joinRefusesKeysItCannotWrite_data()
+    {
+        QTest::addColumn<QString>("key");
+        QTest::newRow("empty") << QString();
+        QTest::newRow("blank") << QStringLiteral(" ");
+        QTest::newRow("outer blank") << QStringLiteral(" Pwd");
+        QTest::newRow("equals sign") << QStringLiteral("a=b");
+        QTest::newRow("semicolon") << QStringLiteral("a;b");
+        QTest::newRow("repeated") << QStringLiteral("DRIVER");
+    }
+
+    void joinRefusesKeysItCannotWrite()
+    {
+        QFETCH(QString, key);
+        QString description;
+        QCOMPARE(errorNumber([&] {
+                     kvConnectionString::Join({{QStringLiteral("Driver"), QStringLiteral("SQLite3")}, {key, QStringLiteral("v")}});
+                 }, &description), 3001);
+        QVERIFY2(!description.contains(QStringLiteral("SQLite3")), qPrintable(description));
     }
 
     void malformedStrings_data()
