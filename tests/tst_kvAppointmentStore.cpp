@@ -1,5 +1,6 @@
 #include "ctlDay.h"
 #include "ctlEntry.h"
+#include "kvAdoError.h"
 #include "kvAppointmentStore.h"
 #include "kvAppointmentTable.h"
 #include "kvConnection.h"
@@ -361,6 +362,23 @@ private slots:
         QCOMPARE(errorNumber([&] { f.store.SetConnection(f.connection.get()); }, &description), 5);
         QVERIFY2(description.contains(QStringLiteral("kein einfacher Tabellenname")), qPrintable(description));
         QVERIFY(f.trace.isEmpty());
+    }
+
+    void severalStatementsInTheTableNameAreRefusedByName()
+    {
+        Fixture f;
+        setUp(f, false);
+        const QString injected = QStringLiteral("Termine; DROP TABLE Termine; --");
+        f.store.setRecordSource(injected);
+        QString description;
+        QCOMPARE(errorNumber([&] { f.store.SetConnection(f.connection.get()); }, &description),
+                 int(kvAdoError::StatementFailed));
+        QVERIFY2(description.contains(QStringLiteral("multiple statements")), qPrintable(description));
+        QString result;
+        load(f, at(2004, 3, 17), &result);
+        QCOMPARE(result, QStringLiteral("12-4\r\nno such column: Termine"));
+        f.store.setRecordSource(termine);
+        QCOMPARE(errorNumber([&] { f.store.SetConnection(f.connection.get()); }), 0);
     }
 
     // --- Part 2.2: the per-day load ----------------------------------------------------------

@@ -92,6 +92,9 @@ kvRuntimeError kvAdoError::openFailed(const QString &context, const QString &eng
 
 QString kvAdoError::engineMessage(const QSqlError &error)
 {
+    // SQLite says "not an error" when the driver refused the statement before the engine saw
+    // it (several statements in one text): then the driver's words name what failed.
     const QString database = error.databaseText().trimmed();
-    return database.isEmpty() ? error.driverText().trimmed() : database;
+    const bool engineSaysNothing = database.isEmpty() || database == QLatin1String("not an error");
+    return engineSaysNothing ? error.driverText().trimmed() : database;
 }

@@ -63,6 +63,6 @@ public:
     //! A failed Open: \a context (may be empty) followed by the engine's or driver's message.
     static kvRuntimeError openFailed(const QString &context, const QString &engineMessage);
 
-    //! The engine's own words for \a error: databaseText(), else driverText().
+    //! The engine's own words for \a error: databaseText(), else (when the engine has none) driverText().
     static QString engineMessage(const QSqlError &error);
 };
