@@ -364,6 +364,45 @@ private slots:
         QVERIFY(f.trace.isEmpty());
     }
 
+    void parameterizedWorksOnAQuotedTableName_data()
+    {
+        QTest::addColumn<QString>("recordSource");
+        QTest::newRow("brackets") << QStringLiteral("[Meine Termine]");
+        QTest::newRow("double quotes") << QStringLiteral("\"Meine Termine\"");
+        QTest::newRow("backticks") << QStringLiteral("`Meine Termine`");
+        QTest::newRow("with schema") << QStringLiteral("main.[Meine Termine]");
+    }
+    void parameterizedWorksOnAQuotedTableName()
+    {
+        QFETCH(QString, recordSource);
+        Fixture f;
+        openConnection(f);
+        kvAppointmentTable::Create(*f.connection, QStringLiteral("\"Meine Termine\""), true);
+        f.store.setParameterizedSql(true);
+        f.store.setRecordSource(recordSource);
+        f.store.SetReporter([&f](int code, const QString &description) { f.reports.append({code, description}); });
+        QCOMPARE(errorNumber([&] { f.store.SetConnection(f.connection.get()); }), 0);
+        QVERIFY(f.store.HasRemarkColumn());
+        f.store.InsertAppointment(at(2004, 3, 17, 9), at(2004, 3, 17, 10), QStringLiteral("Zahnarzt"),
+                                  QStringLiteral("Kontrolle"), {}, 12);
+        auto cell = load(f, at(2004, 3, 17));
+        QCOMPARE(cell->EntriesCount(), 1);
+        QCOMPARE(cell->Entries(1)->Remark(), QStringLiteral("Kontrolle"));
+        f.store.UpdateAppointment(cell->Entries(1)->DateID(), at(2004, 3, 17, 11), at(2004, 3, 17, 12),
+                                  QStringLiteral("Zahnarzt Weber"), {}, {}, 12);
+        QCOMPARE(f.store.FindNextAppointment(at(2004, 3, 16)), std::optional(at(2004, 3, 17)));
+        cell = load(f, at(2004, 3, 17));
+        QCOMPARE(cell->Entries(1)->Text(), QStringLiteral("Zahnarzt Weber"));
+        kvScriptedMessageBox box;
+        kvScopedService installed(box);
+        box.EnqueueAnswer(kvMessageBox::vbYes);
+        bool bCancel = false;
+        f.store.DeleteAppointment(cell->Entries(1)->DateID(), at(2004, 3, 17, 11), at(2004, 3, 17, 12),
+                                  QStringLiteral("Zahnarzt Weber"), {}, {}, bCancel);
+        QCOMPARE(load(f, at(2004, 3, 17))->EntriesCount(), 0);
+        QVERIFY2(f.reports.isEmpty(), qPrintable(f.reports.value(0).description));
+    }
+
     void severalStatementsInTheTableNameAreRefusedByName()
     {
         Fixture f;

@@ -75,10 +75,8 @@ qint16 kvAppointmentStore::ChooseDialect(const kvConnection *connection) const
 
 void kvAppointmentStore::ProbeColumns(kvConnection &connection)
 {
-    if (m_parameterizedSql)
-        kvParameterizedSql::RequirePlainIdentifier(m_recordSource);
     kvRecordset recordset;
-    recordset.Open(m_recordSource, &connection, adOpenForwardOnly, adLockReadOnly, adCmdTable);
+    recordset.Open(TableSource(), &connection, adOpenForwardOnly, adLockReadOnly, adCmdTable);
     const kvFields &fields = recordset.Fields();
     for (int i = 0; i < fields.Count(); ++i) {
         const QString name = fields.Item(i).Name().toUpper();
@@ -94,6 +92,16 @@ void kvAppointmentStore::ProbeColumns(kvConnection &connection)
 kvParameterizedSql::Engine kvAppointmentStore::Engine() const
 {
     return kvParameterizedSql::EngineOf(m_connection->Database().driverName());
+}
+
+kvTableName kvAppointmentStore::TableName() const
+{
+    return kvTableName::Parse(m_recordSource, m_connection->engine());
+}
+
+QString kvAppointmentStore::TableSource() const
+{
+    return m_parameterizedSql ? TableName().Qualified() : m_recordSource;
 }
 
 QString kvAppointmentStore::FormatDbDate(const kvDate &date) const
@@ -146,7 +154,7 @@ void kvAppointmentStore::BeginDayLoads(const kvDate &firstDay)
         return;
     try {
         const QVariant earliest = FirstValue(
-            kvParameterizedSql::EarliestOverlapQuery(m_recordSource, firstDay, m_dialect, Engine()),
+            kvParameterizedSql::EarliestOverlapQuery(TableName(), firstDay, m_dialect, Engine()),
             "EarliestBegin");
         kvDate floor = firstDay;
         if (!kvFieldConversion::IsNull(earliest))
@@ -165,9 +173,9 @@ void kvAppointmentStore::EndDayLoads()
 kvSqlStatement kvAppointmentStore::DayStatement(const kvDate &day) const
 {
     if (m_parameterizedSql && m_dayLoadFloor && !(day < m_dayLoadFloor->from))
-        return kvParameterizedSql::DayQuery(m_recordSource, day, m_dayLoadFloor->floor, m_dialect, Engine());
+        return kvParameterizedSql::DayQuery(TableName(), day, m_dayLoadFloor->floor, m_dialect, Engine());
     if (m_parameterizedSql)
-        return kvParameterizedSql::DayQuery(m_recordSource, day, m_dialect, Engine());
+        return kvParameterizedSql::DayQuery(TableName(), day, m_dialect, Engine());
     return {kvSqlTexts::DayQuery(m_recordSource, day, m_dialect), {}};
 }
 
@@ -205,7 +213,7 @@ std::optional<kvDate> kvAppointmentStore::FindNextAppointment(const kvDate &last
         return std::nullopt;
     try {
         if (m_parameterizedSql)
-            return FirstDate(kvParameterizedSql::NextQuery(m_recordSource, lastDisplayedDay, m_dialect, Engine()));
+            return FirstDate(kvParameterizedSql::NextQuery(TableName(), lastDisplayedDay, m_dialect, Engine()));
         return FirstDate({kvSqlTexts::NextQuery(m_recordSource, lastDisplayedDay, m_dialect), {}});
     } catch (...) {
         return std::nullopt; // the searches stop silently (Part 2.2)
@@ -218,7 +226,7 @@ std::optional<kvDate> kvAppointmentStore::FindPreviousAppointment(const kvDate &
         return std::nullopt;
     try {
         if (m_parameterizedSql)
-            return FirstDate(kvParameterizedSql::PreviousQuery(m_recordSource, firstDisplayedDay, m_dialect, Engine()));
+            return FirstDate(kvParameterizedSql::PreviousQuery(TableName(), firstDisplayedDay, m_dialect, Engine()));
         return FirstDate({kvSqlTexts::PreviousQuery(m_recordSource, firstDisplayedDay, m_dialect), {}});
     } catch (...) {
         return std::nullopt;
@@ -266,10 +274,8 @@ void kvAppointmentStore::WriteRecord(const kvAppointmentValues &values)
 {
     if (!m_connection)
         throw kvAdoError::connectionUnusable();
-    if (m_parameterizedSql)
-        kvParameterizedSql::RequirePlainIdentifier(m_recordSource);
     kvRecordset recordset;
-    recordset.Open(m_recordSource, m_connection.data(), adOpenKeyset, adLockPessimistic, adCmdTable);
+    recordset.Open(TableSource(), m_connection.data(), adOpenKeyset, adLockPessimistic, adCmdTable);
     recordset.AddNew();
     recordset.setValue(QStringLiteral("DateBegin"), QVariant::fromValue(values.DateBegin));
     recordset.setValue(QStringLiteral("DateEnd"), QVariant::fromValue(values.DateEnd));
@@ -294,7 +300,7 @@ void kvAppointmentStore::UpdateAppointment(qint32 DateID, const kvDate &DateBegi
     try {
         const kvAppointmentValues values{DateID, DateBegin, DateEnd, Name, Remark, Document, ImageID};
         if (m_parameterizedSql)
-            Execute(kvParameterizedSql::UpdateStatement(m_recordSource, m_dialect, values, m_columns));
+            Execute(kvParameterizedSql::UpdateStatement(TableName(), m_dialect, values, m_columns));
         else
             Execute({kvSqlTexts::UpdateStatement(m_recordSource, m_dialect, values, m_columns), {}});
     } catch (...) {
@@ -316,7 +322,7 @@ void kvAppointmentStore::DeleteAppointment(qint32 DateID, const kvDate &DateBegi
         if (!m_connection)
             return;
         if (m_parameterizedSql)
-            Execute(kvParameterizedSql::DeleteStatement(m_recordSource, DateID));
+            Execute(kvParameterizedSql::DeleteStatement(TableName(), DateID));
         else
             Execute({kvSqlTexts::DeleteStatement(m_recordSource, DateID), {}});
     } catch (...) {

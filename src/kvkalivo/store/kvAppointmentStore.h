@@ -24,7 +24,8 @@ class kvFields;
 
     The store holds the connection without owning it (it becomes Nothing when the host
     deletes it). With ParameterizedSql false it sends the spec's texts exactly (kvSqlTexts);
-    with true it binds every value (kvParameterizedSql) and accepts only a plain table name.
+    with true it binds every value (kvParameterizedSql) and accepts only one table name
+    (kvTableName), which it quotes as the engine wants.
 
     Failures: SetConnection lets the data layer's kvRuntimeError through, as ADO errors
     propagated in the spec; LoadDayAppointments returns "12-" step CR LF description; the
@@ -121,6 +122,10 @@ private:
     qint16 ChooseDialect(const kvConnection *connection) const;
     void ProbeColumns(kvConnection &connection);
     kvParameterizedSql::Engine Engine() const;
+    //! RecordSource as one table name for the connected engine; throws 5 when it is none.
+    kvTableName TableName() const;
+    //! What the probe and the insert open: the quoted name with ParameterizedSql, else RecordSource.
+    QString TableSource() const;
 
     kvSqlStatement DayStatement(const kvDate &day) const;
     void AddRow(const kvFields &fields, const kvDate &day, ctlDay &cell, uint backColor, int &step) const;
