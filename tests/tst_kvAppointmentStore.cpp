@@ -180,6 +180,11 @@ private slots:
         QCOMPARE(errorNumber([] { kvFieldConversion::ToInteger(40000); }), 6);
         QCOMPARE(errorNumber([] { kvFieldConversion::ToLong(QVariant()); }), 94);
         QCOMPARE(errorNumber([] { kvFieldConversion::ToLong(QStringLiteral("x")); }), 13);
+        QVERIFY(!kvFieldConversion::IsNumeric(QStringLiteral("nan")));
+        QVERIFY(!kvFieldConversion::IsNumeric(QStringLiteral("-inf")));
+        QCOMPARE(errorNumber([] { kvFieldConversion::ToLong(QStringLiteral("inf")); }), 13);
+        QCOMPARE(errorNumber([] { kvFieldConversion::ToLong(std::nan("")); }), 6);
+        QCOMPARE(errorNumber([] { kvFieldConversion::ToLong(-1e300); }), 6);
         QCOMPARE(errorNumber([] { kvFieldConversion::ToText(QVariant()); }), 94);
         QCOMPARE(kvFieldConversion::AppendedToEmpty(QVariant()), QString());
         QCOMPARE(kvFieldConversion::AppendedToEmpty(QStringLiteral("a")), QStringLiteral("a"));
@@ -746,6 +751,47 @@ private slots:
         const auto cell = load(f, at(2004, 3, 17), &result);
         QCOMPARE(result, QStringLiteral("12-8\r\nUnzulässige Verwendung von Null"));
         QCOMPARE(cell->EntriesCount(), 0);
+    }
+
+    void storedDatesOutsideTheDateRangeAreATypeMismatch_data()
+    {
+        QTest::addColumn<QString>("dateBegin");   // SQL literals as another program may have stored them
+        QTest::addColumn<QString>("dateEnd");
+        QTest::newRow("-1e300") << "-1e300" << "'2004-03-17 10:00'";
+        QTest::newRow("1e18") << "'2004-03-17 09:00'" << "1e18";
+        QTest::newRow("1e300") << "'2004-03-17 09:00'" << "1e300";
+        QTest::newRow("infinity") << "-9e999" << "'2004-03-17 10:00'";
+        QTest::newRow("day before 100-01-01") << "-657435.5" << "'2004-03-17 10:00'";
+        QTest::newRow("day after 9999-12-31") << "'2004-03-17 09:00'" << "2958466.0";
+        QTest::newRow("year 99 as text") << "'0099-12-31 10:00'" << "'2004-03-17 10:00'";
+    }
+    void storedDatesOutsideTheDateRangeAreATypeMismatch()
+    {
+        QFETCH(QString, dateBegin);
+        QFETCH(QString, dateEnd);
+        Fixture f;
+        setUp(f, false);
+        f.connection->Execute(QStringLiteral("INSERT INTO Termine (DateBegin, DateEnd, Name) VALUES (%1, %2, 'x')")
+                                  .arg(dateBegin, dateEnd));
+        QString result;
+        const auto cell = load(f, at(2004, 3, 17), &result);
+        QCOMPARE(result, QStringLiteral("12-8\r\nTypen unverträglich"));
+        QCOMPARE(cell->EntriesCount(), 0);
+    }
+
+    void theDateRangeItselfIsRead()
+    {
+        Fixture f;
+        setUp(f, false);
+        f.connection->Execute(QStringLiteral("INSERT INTO Termine (DateBegin, DateEnd, Name) VALUES "
+                                             "(-657434.0, '2004-03-17 10:00', 'a'), "
+                                             "('2004-03-17 09:00', 2958465.999988426, 'b')"));
+        QString result;
+        const auto cell = load(f, at(2004, 3, 17), &result);
+        QCOMPARE(result, QString());
+        QCOMPARE(cell->EntriesCount(), 2);
+        QCOMPARE(cell->Entries(1)->datDateBegin().date(), QDate(100, 1, 1));
+        QCOMPARE(cell->Entries(2)->datDateEnd().toDateTime(), QDateTime(QDate(9999, 12, 31), QTime(23, 59, 59), Qt::UTC));
     }
 
     void parameterizedLoadRefusesAnOddTableNameAtStepTwo()
