@@ -79,15 +79,15 @@ kvRuntimeError kvAdoError::connectionUnusable()
                                          "ungültig."));
 }
 
-kvRuntimeError kvAdoError::statementFailed(const QSqlError &error)
+kvDatabaseError kvAdoError::statementFailed(const QSqlError &error, kvDataSource::Engine engine)
 {
-    return kvRuntimeError(StatementFailed, engineMessage(error));
+    return kvDatabaseError(StatementFailed, engineMessage(error), kvDatabaseError::ConditionOf(error, engine));
 }
 
-kvRuntimeError kvAdoError::openFailed(const QString &context, const QString &engineMessage)
+kvDatabaseError kvAdoError::openFailed(const QString &context, const QString &engineMessage)
 {
     const QString text = context.isEmpty() ? engineMessage : context + QStringLiteral(": ") + engineMessage;
-    return kvRuntimeError(ProviderFailed, text);
+    return kvDatabaseError(ProviderFailed, text, kvDatabaseError::ServerGone);
 }
 
 QString kvAdoError::engineMessage(const QSqlError &error)
