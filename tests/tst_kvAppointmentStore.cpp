@@ -420,7 +420,8 @@ private slots:
         QVERIFY2(description.contains(QStringLiteral("multiple statements")), qPrintable(description));
         QString result;
         load(f, at(2004, 3, 17), &result);
-        QCOMPARE(result, QStringLiteral("12-4\r\nno such column: Termine"));
+        // The probe failed, so the load probes again first.
+        QCOMPARE(result, QStringLiteral("12-1\r\nUnable to execute multiple statements at a time"));
         f.store.setRecordSource(termine);
         QCOMPARE(errorNumber([&] { f.store.SetConnection(f.connection.get()); }), 0);
     }

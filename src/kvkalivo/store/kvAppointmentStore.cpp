@@ -4,6 +4,7 @@
 #include "kvAdoError.h"
 #include "kvCommand.h"
 #include "kvConnection.h"
+#include "kvDatabaseError.h"
 #include "kvErrorReporting.h"
 #include "kvField.h"
 #include "kvFieldConversion.h"
@@ -15,6 +16,8 @@
 #include "kvRecordset.h"
 #include "kvRuntimeError.h"
 #include "kvSqlTexts.h"
+
+#include <utility>
 
 namespace {
 
@@ -42,6 +45,18 @@ QVariant value(const kvFields &fields, const char *name)
     return fields[QString::fromLatin1(name)].Value();
 }
 
+//! Inside a catch block: whether the failure says the database cannot serve anything just now.
+bool currentFailureIsUnavailable()
+{
+    try {
+        throw;
+    } catch (const kvDatabaseError &failure) {
+        return failure.isUnavailable();
+    } catch (...) {
+        return false;
+    }
+}
+
 } // namespace
 
 kvAppointmentStore::kvAppointmentStore(QObject *parent) : QObject(parent) {}
@@ -51,7 +66,8 @@ kvAppointmentStore::~kvAppointmentStore() = default;
 std::optional<int> kvAppointmentStore::SetConnection(kvConnection *connection)
 {
     m_connection = connection;
-    m_dayLoadFloor.reset();
+    m_batch = DayLoadBatch{};
+    m_columnsProbed = false;
     m_dialect = ChooseDialect(connection);
     if (!connection)
         return std::nullopt;
@@ -87,6 +103,14 @@ void kvAppointmentStore::ProbeColumns(kvConnection &connection)
         else if (name == QStringLiteral("REMARK"))
             m_columns.Remark = true;
     }
+    m_columnsProbed = true;
+}
+
+void kvAppointmentStore::RequireColumns()
+{
+    // A failed probe says nothing about the columns: ask again rather than write without them.
+    if (!m_columnsProbed)
+        ProbeColumns(*m_connection);
 }
 
 kvParameterizedSql::Engine kvAppointmentStore::Engine() const
@@ -118,8 +142,11 @@ QString kvAppointmentStore::LoadDayAppointments(const kvDate &day, ctlDay &cell,
 {
     if (!CanQuery())
         return QString();
+    if (m_batch.abandoned)
+        return std::exchange(m_batch.failure, QString());   // reported once, by the first day
     int step = 1;
     try {
+        RequireColumns();
         step = 2; // the date literals cannot fail; the text can (a refused table name)
         const kvSqlStatement statement = DayStatement(day);
         step = 3;
@@ -139,41 +166,58 @@ QString kvAppointmentStore::LoadDayAppointments(const kvDate &day, ctlDay &cell,
         step = 10;
         recordset.Close();
     } catch (...) {
-        return QStringLiteral("%1-%2\r\n%3")
-            .arg(DayLoadFailureBase)
-            .arg(step)
-            .arg(kvErrorReporting::DescribeCurrentException());
+        m_batch.abandoned = m_batch.active && currentFailureIsUnavailable();
+        return DayLoadFailure(step);
     }
     return QString();
 }
 
+QString kvAppointmentStore::DayLoadFailure(int step)
+{
+    return QStringLiteral("%1-%2\r\n%3")
+        .arg(DayLoadFailureBase)
+        .arg(step)
+        .arg(kvErrorReporting::DescribeCurrentException());
+}
+
 void kvAppointmentStore::BeginDayLoads(const kvDate &firstDay)
 {
-    m_dayLoadFloor.reset();
-    if (!m_parameterizedSql || !CanQuery())
+    m_batch = DayLoadBatch{};
+    if (!CanQuery())
         return;
+    m_batch.active = true;
+    int step = 1;
     try {
+        RequireColumns();
+        if (!m_parameterizedSql)
+            return;
+        step = 4;
         const QVariant earliest = FirstValue(
             kvParameterizedSql::EarliestOverlapQuery(TableName(), firstDay, m_dialect, Engine()),
             "EarliestBegin");
         kvDate floor = firstDay;
         if (!kvFieldConversion::IsNull(earliest))
             floor = std::min(floor, kvField::ToDate(earliest));
-        m_dayLoadFloor = DayLoadFloor{firstDay, floor};
+        m_batch.floor = DayLoadFloor{firstDay, floor};
     } catch (...) {
-        // Only a shortcut: the day queries run unbounded, and report their own failures.
+        // Busy or gone: the day loads would each wait for the same; the first reports this.
+        // Anything else: the floor is only a shortcut, the day loads report their own failures.
+        if (currentFailureIsUnavailable()) {
+            m_batch.abandoned = true;
+            m_batch.failure = DayLoadFailure(step);
+        }
     }
 }
 
 void kvAppointmentStore::EndDayLoads()
 {
-    m_dayLoadFloor.reset();
+    m_batch = DayLoadBatch{};
 }
 
 kvSqlStatement kvAppointmentStore::DayStatement(const kvDate &day) const
 {
-    if (m_parameterizedSql && m_dayLoadFloor && !(day < m_dayLoadFloor->from))
-        return kvParameterizedSql::DayQuery(TableName(), day, m_dayLoadFloor->floor, m_dialect, Engine());
+    if (m_parameterizedSql && m_batch.floor && !(day < m_batch.floor->from))
+        return kvParameterizedSql::DayQuery(TableName(), day, m_batch.floor->floor, m_dialect, Engine());
     if (m_parameterizedSql)
         return kvParameterizedSql::DayQuery(TableName(), day, m_dialect, Engine());
     return {kvSqlTexts::DayQuery(m_recordSource, day, m_dialect), {}};
@@ -274,6 +318,7 @@ void kvAppointmentStore::WriteRecord(const kvAppointmentValues &values)
 {
     if (!m_connection)
         throw kvAdoError::connectionUnusable();
+    RequireColumns();
     kvRecordset recordset;
     recordset.Open(TableSource(), m_connection.data(), adOpenKeyset, adLockPessimistic, adCmdTable);
     recordset.AddNew();
@@ -298,6 +343,7 @@ void kvAppointmentStore::UpdateAppointment(qint32 DateID, const kvDate &DateBegi
     if (!m_connection)
         return;
     try {
+        RequireColumns();
         const kvAppointmentValues values{DateID, DateBegin, DateEnd, Name, Remark, Document, ImageID};
         if (m_parameterizedSql)
             Execute(kvParameterizedSql::UpdateStatement(TableName(), m_dialect, values, m_columns));
