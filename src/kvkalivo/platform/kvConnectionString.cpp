@@ -1,6 +1,7 @@
 #include "kvConnectionString.h"
 
 #include "kvAdoError.h"
+#include "kvEnclosedText.h"
 
 namespace {
 
@@ -52,23 +53,11 @@ private:
     // Reads from an opening brace or quote to its closing character; a doubled closer is literal.
     QString ReadEnclosed(int element, QChar closer, const QString &problem)
     {
-        QString value;
-        for (++m_pos; !AtEnd(); ++m_pos) {
-            const QChar c = m_text.at(m_pos);
-            if (c != closer) {
-                value += c;
-                continue;
-            }
-            if (m_pos + 1 < m_text.size() && m_text.at(m_pos + 1) == closer) {
-                value += c;
-                ++m_pos;
-                continue;
-            }
-            ++m_pos;
-            ExpectEndOfElement(element);
-            return value;
-        }
-        throw kvAdoError::invalidArgument(Message(element, problem));
+        const std::optional<QString> value = kvEnclosedText::Read(m_text, m_pos, closer);
+        if (!value)
+            throw kvAdoError::invalidArgument(Message(element, problem));
+        ExpectEndOfElement(element);
+        return *value;
     }
 
     void ExpectEndOfElement(int element)

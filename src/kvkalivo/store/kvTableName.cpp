@@ -1,9 +1,12 @@
 #include "kvTableName.h"
 
+#include "kvEnclosedText.h"
 #include "kvRuntimeError.h"
 
 #include <QList>
 #include <QStringList>
+
+#include <algorithm>
 
 namespace {
 
@@ -47,25 +50,12 @@ bool readPart(const QString &text, qsizetype &position, QString &part, bool &quo
         position = end;
         return isBare(part);
     }
-    const QChar closer = closerOf(text.at(position));
-    part.clear();
-    for (++position; position < text.size(); ++position) {
-        const QChar c = text.at(position);
-        if (c.category() == QChar::Other_Control)
-            return false;
-        if (c != closer) {
-            part += c;
-            continue;
-        }
-        if (position + 1 < text.size() && text.at(position + 1) == closer) {
-            part += c;
-            ++position;
-            continue;
-        }
-        ++position;
-        return !part.isEmpty();
-    }
-    return false;   // no closing character
+    const std::optional<QString> enclosed = kvEnclosedText::Read(text, position, closerOf(text.at(position)));
+    if (!enclosed || enclosed->isEmpty())
+        return false;
+    part = *enclosed;
+    const auto isControl = [](QChar c) { return c.category() == QChar::Other_Control; };
+    return std::none_of(part.cbegin(), part.cend(), isControl);
 }
 
 //! The parts of \a text, unquoted; empty when it is not one table name.
