@@ -6,6 +6,7 @@
 #include "kvConnection.h"
 #include "kvFuzzSupport.h"
 
+#include <QSqlDatabase>
 #include <QVariantList>
 
 namespace {
@@ -45,6 +46,9 @@ kvConnection &database()
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
+    // Qt SQL's list of connections must exist before the application: it is then destroyed
+    // after it, when the application's exit looks at it.
+    QSqlDatabase::connectionNames();
     kvFuzzApplication();
     kvConnection &connection = database();
     connection.Execute(QStringLiteral("DELETE FROM Termine"));

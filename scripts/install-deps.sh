@@ -15,6 +15,7 @@ PACKAGES=(
   mariadb-server mariadb-client
   poppler-utils
   doxygen
+  clang libclang-rt-14-dev  # the preset asan (ASan, UBSan) and the libFuzzer targets
 )
 
 missing=()
