@@ -2,6 +2,7 @@
 set(files "")
 foreach(folder IN LISTS INPUTS)
   file(GLOB found "${folder}/*")
+  list(FILTER found EXCLUDE REGEX "/\\.[^/]*$")   # .gitkeep keeps an empty folder, it is no input
   list(APPEND files ${found})
 endforeach()
 if(NOT files)
