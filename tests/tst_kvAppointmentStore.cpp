@@ -760,7 +760,6 @@ private slots:
         QTest::addColumn<QString>("dateEnd");
         QTest::newRow("-1e300") << "-1e300" << "'2004-03-17 10:00'";
         QTest::newRow("1e18") << "'2004-03-17 09:00'" << "1e18";
-        QTest::newRow("1e300") << "'2004-03-17 09:00'" << "1e300";
         QTest::newRow("infinity") << "-9e999" << "'2004-03-17 10:00'";
         QTest::newRow("day before 100-01-01") << "-657435.5" << "'2004-03-17 10:00'";
         QTest::newRow("day after 9999-12-31") << "'2004-03-17 09:00'" << "2958466.0";
