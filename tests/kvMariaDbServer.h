@@ -34,6 +34,8 @@ public:
         return m_info.value(QStringLiteral("connection_string")) + QLatin1Char(';') + options;
     }
     QString generalLogPath() const { return m_info.value(QStringLiteral("general_log")); }
+    //! A line of the server's info file: host, port, user, password, database, …
+    QString info(const char *key) const { return m_info.value(QString::fromLatin1(key)); }
 
     bool pause() { return Run(QStringLiteral("pause")); }
     bool resume() { return Run(QStringLiteral("resume")); }

@@ -3,9 +3,13 @@
 #include "kvAppointmentStore.h"
 #include "kvControlTestServices.h"
 #include "kvMariaDbServer.h"
+#include "kvRecordset.h"
 #include "kvTestCalendar.h"
+#include "kvTestSupport.h"
 
 #include <QFile>
+#include <QSqlDatabase>
+#include <QSqlQuery>
 #include <QtTest>
 
 #include <atomic>
@@ -143,6 +147,28 @@ private slots:
         QCOMPARE(codes, QList<int>{600});
         QCOMPARE(generalLog().count(renamed), loggedBefore + 1);   // the restarted server executed it once
         QCOMPARE(calendar->names(), QStringList{renamed});
+    }
+
+    void aWrappedDatabaseIsReopenedInPlace()
+    {
+        QSqlDatabase database = QSqlDatabase::addDatabase(QStringLiteral("QMYSQL"), QStringLiteral("host's own"));
+        database.setHostName(m_server->info("host"));
+        database.setPort(m_server->info("port").toInt());
+        database.setDatabaseName(m_server->info("database"));
+        database.setUserName(m_server->info("user"));
+        database.setPassword(m_server->info("password"));
+        QVERIFY(database.open());
+        {
+            const std::unique_ptr<kvConnection> connection(kvConnection::Wrap(database));
+            QVERIFY(m_server->kill());
+            QVERIFY(m_server->restart());
+            kvRecordset recordset;
+            QCOMPARE(errorNumber([&] { recordset.Open(QStringLiteral("SELECT 1 AS One"), connection.get()); }), 0);
+            QCOMPARE(recordset.Fields().Item(0).Value().toInt(), 1);
+            QVERIFY(QSqlQuery(QStringLiteral("SELECT 1"), database).next());   // the host's handle healed too
+        }
+        database = QSqlDatabase();
+        QSqlDatabase::removeDatabase(QStringLiteral("host's own"));
     }
 };
 
