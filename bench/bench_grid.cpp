@@ -504,11 +504,12 @@ std::vector<kvSqlStatement> gridStatements(kvConnection &connection, const Windo
         return statements;
     }
     const kvDate first = kvDate::fromDate(grid.first);
+    const kvTableName table = kvTableName::Parse(TableName, connection.engine());
     const bool bounded = mode == QueryMode::Store || mode == QueryMode::Raw;
     kvDate floor = first;
     if (bounded) {
         // As kvAppointmentStore::BeginDayLoads: the floor's query is sent (and timed) with the day queries.
-        const kvSqlStatement earliest = kvParameterizedSql::EarliestOverlapQuery(TableName, first, dialect, engine);
+        const kvSqlStatement earliest = kvParameterizedSql::EarliestOverlapQuery(table, first, dialect, engine);
         statements.push_back(earliest);
         QSqlQuery query(connection.Database());
         query.prepare(earliest.Text);
@@ -519,8 +520,8 @@ std::vector<kvSqlStatement> gridStatements(kvConnection &connection, const Windo
     }
     for (QDate day = grid.first; day <= grid.last; day = day.addDays(1)) {
         kvSqlStatement statement =
-            bounded ? kvParameterizedSql::DayQuery(TableName, kvDate::fromDate(day), floor, dialect, engine)
-                    : kvParameterizedSql::DayQuery(TableName, kvDate::fromDate(day), dialect, engine);
+            bounded ? kvParameterizedSql::DayQuery(table, kvDate::fromDate(day), floor, dialect, engine)
+                    : kvParameterizedSql::DayQuery(table, kvDate::fromDate(day), dialect, engine);
         if (mode == QueryMode::UnorderedIndex)
             statement.Text.replace(QStringLiteral("ORDER BY ") + TableName, QStringLiteral("ORDER BY +") + TableName);
         statements.push_back(statement);
@@ -592,7 +593,7 @@ void printQueryPlan(kvConnection &connection, const QDate &day)
 {
     const qint16 dialect = kvSqlTexts::DatabaseDialect(0, connection.Provider(), connection.ConnectionString());
     kvSqlStatement statement = kvParameterizedSql::DayQuery(
-        TableName, kvDate::fromDate(day), dialect, kvParameterizedSql::EngineOf(connection.Database().driverName()));
+        kvTableName::Parse(TableName, connection.engine()), kvDate::fromDate(day), dialect, kvParameterizedSql::EngineOf(connection.Database().driverName()));
     std::printf("  day query: %s\n  bound: ", qPrintable(statement.Text));
     for (const QVariant &value : statement.Values)
         std::printf("'%s' ", qPrintable(value.toString()));

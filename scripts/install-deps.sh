@@ -17,6 +17,7 @@ PACKAGES=(
   qt6-translations-l10n  # Qt's own German texts for the standard dialogs (file, print)
   xvfb openbox xdotool x11-utils imagemagick  # the end-to-end tests: a real X server driven by real input
   doxygen
+  clang libclang-rt-14-dev  # the preset asan (ASan, UBSan) and the libFuzzer targets
 )
 
 missing=()

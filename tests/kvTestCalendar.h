@@ -26,8 +26,20 @@ struct kvTestCalendar
     explicit kvTestCalendar(QSize size = QSize(1000, 700), Database database = Database::Sqlite)
         : table(database == Database::Sqlite ? QStringLiteral("Termine") : QStringLiteral("EditTermine"))
     {
-        connection.Open(connectionString(database));
-        if (database == Database::MariaDb)
+        setUp(connectionString(database), database == Database::MariaDb, size);
+    }
+
+    //! The calendar on the server of \a serverConnectionString, its table "Termine" created anew.
+    explicit kvTestCalendar(const QString &serverConnectionString)
+        : table(QStringLiteral("Termine"))
+    {
+        setUp(serverConnectionString, true, QSize(1000, 700));
+    }
+
+    void setUp(const QString &connectionString, bool dropTable, QSize size)
+    {
+        connection.Open(connectionString);
+        if (dropTable)
             connection.Execute(QStringLiteral("DROP TABLE IF EXISTS ") + table);
         kvAppointmentTable::Create(connection, table);
         control.setParameterizedSql(true);

@@ -16,6 +16,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QStatusBar>
 #include <QTabBar>
@@ -60,6 +61,7 @@ QComboBox *timeBegin() { return child<QComboBox>(QStringLiteral("cboTimeBegin"))
 QComboBox *timeEnd() { return child<QComboBox>(QStringLiteral("cboTimeEnd")); }
 QPushButton *button(const char *name) { return child<QPushButton>(QString::fromLatin1(name)); }
 QLineEdit *lineEdit(const char *name) { return child<QLineEdit>(QString::fromLatin1(name)); }
+QPlainTextEdit *remarkBox() { return child<QPlainTextEdit>(QStringLiteral("txtRemark")); }
 QLabel *imgIcon() { return child<QLabel>(QStringLiteral("ImgIcon")); }
 QCheckBox *fullTime() { return child<QCheckBox>(QStringLiteral("chkFullTime")); }
 QString iconTag() { return imgIcon()->property("Tag").toString(); }
@@ -75,9 +77,11 @@ void typeTime(QComboBox *box, const QString &text)
     QTest::keyClicks(box, text);
 }
 
-void typeText(QLineEdit *edit, const QString &text)
+template <typename Edit>
+void typeText(Edit *edit, const QString &text)
 {
-    edit->clear();
+    edit->selectAll();
+    QTest::keyClick(edit, Qt::Key_Delete);
     QTest::keyClicks(edit, text);
 }
 
@@ -231,9 +235,10 @@ private slots:
             QVERIFY2(button(name), name);
             QCOMPARE(button(name)->text(), QString::fromUtf8(caption));
         }
-        for (const char *name : { "txtName", "txtRemark", "txtDocument" })
+        for (const char *name : { "txtName", "txtDocument" })
             QVERIFY2(lineEdit(name), name);
-        QCOMPARE(lineEdit("txtRemark")->width(), 377);
+        QVERIFY(remarkBox());
+        QCOMPARE(remarkBox()->width(), 377);
         for (QComboBox *box : { timeBegin(), timeEnd() })
             QVERIFY(box && box->isEditable());
         for (const char *name : { "DTPickerBegin", "DTPickerEnd" }) {
@@ -270,7 +275,7 @@ private slots:
         editor().SetDateValues(in.begin, in.end, in.name, in.remark, in.imageId, in.document, 3);
         QCOMPARE(editor().windowTitle(), QStringLiteral("15.11.2026, Sonntag"));
         QCOMPARE(lineEdit("txtName")->text(), QStringLiteral("Zahnarzt"));
-        QCOMPARE(lineEdit("txtRemark")->text(), QStringLiteral("Kontrolle"));
+        QCOMPARE(remarkBox()->toPlainText(), QStringLiteral("Kontrolle"));
         QCOMPARE(lineEdit("txtDocument")->text(), QStringLiteral("/tmp/brief.txt"));
         QCOMPARE(timeBegin()->currentText(), QStringLiteral("09:00"));
         QCOMPARE(timeEnd()->currentText(), QStringLiteral("10:30"));
@@ -358,13 +363,64 @@ private slots:
     void changedFieldGivesUpdate()
     {
         const Appointment out = run(existing(), thenOk([](QDialog &) {
-            typeText(lineEdit("txtRemark"), QStringLiteral("Fuellung"));
+            typeText(remarkBox(), QStringLiteral("Fuellung"));
         }), sentinel());
         QCOMPARE(out.action, qint16(3));
         QCOMPARE(out.remark, QStringLiteral("Fuellung"));
         QCOMPARE(out.name, QStringLiteral("Zahnarzt"));
         QCOMPARE(out.begin, at(2026, 11, 15, 9, 0));
         QCOMPARE(out.end, at(2026, 11, 15, 10, 30));
+    }
+
+    void textsTheUserDidNotChangeComeBackWhole_data()
+    {
+        QTest::addColumn<QString>("changed");   // the field typed into, or none
+        QTest::addColumn<qint16>("action");
+        QTest::newRow("nothing changed") << QString() << qint16(0);
+        QTest::newRow("begin time changed") << QStringLiteral("cboTimeBegin") << qint16(3);
+        QTest::newRow("remark changed") << QStringLiteral("txtRemark") << qint16(3);
+    }
+    void textsTheUserDidNotChangeComeBackWhole()
+    {
+        QFETCH(QString, changed);
+        QFETCH(qint16, action);
+        Appointment in = existing();
+        in.name = QString(40'000, u'N');
+        in.remark = QStringLiteral("Erste Zeile\r\nzweite\r\n") + QString(1'000'000, u'x');
+        in.document = QStringLiteral("/tmp/") + QString(40'000, u'd');
+        const Appointment out = run(in, thenOk([&](QDialog &) {
+            if (changed == QLatin1String("cboTimeBegin"))
+                typeTime(timeBegin(), QStringLiteral("09:30"));
+            else if (changed == QLatin1String("txtRemark"))
+                typeText(remarkBox(), QStringLiteral("neu"));
+        }), sentinel());
+        QCOMPARE(out.action, action);
+        if (action == 0)
+            return verifyUntouched(out);
+        QVERIFY(out.name == in.name);
+        QVERIFY(out.document == in.document);
+        QVERIFY(out.remark == (changed == QLatin1String("txtRemark") ? QStringLiteral("neu") : in.remark));
+    }
+
+    void remarkOfSeveralLinesIsEditedOnSeveralLines()
+    {
+        Appointment in = existing();
+        in.remark = QStringLiteral("Kontrolle\r\nBonusheft mitnehmen!");
+        int linesShown = 0;
+        bool stillOpen = false;
+        const Appointment out = run(in, thenOk([&](QDialog &dialog) {
+            linesShown = remarkBox()->document()->blockCount();
+            const int lineHeight = remarkBox()->fontMetrics().lineSpacing();
+            QVERIFY(remarkBox()->viewport()->height() >= 3 * lineHeight);
+            remarkBox()->moveCursor(QTextCursor::End);
+            QTest::keyClick(remarkBox(), Qt::Key_Return);   // a new line, not OK
+            QTest::keyClicks(remarkBox(), QStringLiteral("Rechnung mitbringen"));
+            stillOpen = dialog.isVisible();
+        }), sentinel());
+        QCOMPARE(linesShown, 2);
+        QVERIFY(stillOpen);
+        QCOMPARE(out.action, qint16(3));
+        QCOMPARE(out.remark, QStringLiteral("Kontrolle\r\nBonusheft mitnehmen!\r\nRechnung mitbringen"));
     }
 
     // Edge case: Delete gives 2 even after edits; a new appointment cannot be deleted.
@@ -881,6 +937,7 @@ private slots:
         QVERIFY(!shot.isEmpty());
         Appointment in = existing();
         in.imageId = 23;
+        in.remark = QStringLiteral("Kontrolle und Zahnreinigung\nBonusheft mitnehmen!");
         in.document = QStringLiteral("/home/anna/Dokumente/Zahnarzt-Rechnung.pdf");
         run(in, [&](QDialog &dialog) {
             shot = saveShot(QStringLiteral("existing"));

@@ -1,5 +1,6 @@
 #include "ctlDay.h"
 #include "ctlEntry.h"
+#include "kvAdoError.h"
 #include "kvAppointmentStore.h"
 #include "kvAppointmentTable.h"
 #include "kvConnection.h"
@@ -179,6 +180,11 @@ private slots:
         QCOMPARE(errorNumber([] { kvFieldConversion::ToInteger(40000); }), 6);
         QCOMPARE(errorNumber([] { kvFieldConversion::ToLong(QVariant()); }), 94);
         QCOMPARE(errorNumber([] { kvFieldConversion::ToLong(QStringLiteral("x")); }), 13);
+        QVERIFY(!kvFieldConversion::IsNumeric(QStringLiteral("nan")));
+        QVERIFY(!kvFieldConversion::IsNumeric(QStringLiteral("-inf")));
+        QCOMPARE(errorNumber([] { kvFieldConversion::ToLong(QStringLiteral("inf")); }), 13);
+        QCOMPARE(errorNumber([] { kvFieldConversion::ToLong(std::nan("")); }), 6);
+        QCOMPARE(errorNumber([] { kvFieldConversion::ToLong(-1e300); }), 6);
         QCOMPARE(errorNumber([] { kvFieldConversion::ToText(QVariant()); }), 94);
         QCOMPARE(kvFieldConversion::AppendedToEmpty(QVariant()), QString());
         QCOMPARE(kvFieldConversion::AppendedToEmpty(QStringLiteral("a")), QStringLiteral("a"));
@@ -361,6 +367,63 @@ private slots:
         QCOMPARE(errorNumber([&] { f.store.SetConnection(f.connection.get()); }, &description), 5);
         QVERIFY2(description.contains(QStringLiteral("kein einfacher Tabellenname")), qPrintable(description));
         QVERIFY(f.trace.isEmpty());
+    }
+
+    void parameterizedWorksOnAQuotedTableName_data()
+    {
+        QTest::addColumn<QString>("recordSource");
+        QTest::newRow("brackets") << QStringLiteral("[Meine Termine]");
+        QTest::newRow("double quotes") << QStringLiteral("\"Meine Termine\"");
+        QTest::newRow("backticks") << QStringLiteral("`Meine Termine`");
+        QTest::newRow("with schema") << QStringLiteral("main.[Meine Termine]");
+    }
+    void parameterizedWorksOnAQuotedTableName()
+    {
+        QFETCH(QString, recordSource);
+        Fixture f;
+        openConnection(f);
+        kvAppointmentTable::Create(*f.connection, QStringLiteral("\"Meine Termine\""), true);
+        f.store.setParameterizedSql(true);
+        f.store.setRecordSource(recordSource);
+        f.store.SetReporter([&f](int code, const QString &description) { f.reports.append({code, description}); });
+        QCOMPARE(errorNumber([&] { f.store.SetConnection(f.connection.get()); }), 0);
+        QVERIFY(f.store.HasRemarkColumn());
+        f.store.InsertAppointment(at(2004, 3, 17, 9), at(2004, 3, 17, 10), QStringLiteral("Zahnarzt"),
+                                  QStringLiteral("Kontrolle"), {}, 12);
+        auto cell = load(f, at(2004, 3, 17));
+        QCOMPARE(cell->EntriesCount(), 1);
+        QCOMPARE(cell->Entries(1)->Remark(), QStringLiteral("Kontrolle"));
+        f.store.UpdateAppointment(cell->Entries(1)->DateID(), at(2004, 3, 17, 11), at(2004, 3, 17, 12),
+                                  QStringLiteral("Zahnarzt Weber"), {}, {}, 12);
+        QCOMPARE(f.store.FindNextAppointment(at(2004, 3, 16)), std::optional(at(2004, 3, 17)));
+        cell = load(f, at(2004, 3, 17));
+        QCOMPARE(cell->Entries(1)->Text(), QStringLiteral("Zahnarzt Weber"));
+        kvScriptedMessageBox box;
+        kvScopedService installed(box);
+        box.EnqueueAnswer(kvMessageBox::vbYes);
+        bool bCancel = false;
+        f.store.DeleteAppointment(cell->Entries(1)->DateID(), at(2004, 3, 17, 11), at(2004, 3, 17, 12),
+                                  QStringLiteral("Zahnarzt Weber"), {}, {}, bCancel);
+        QCOMPARE(load(f, at(2004, 3, 17))->EntriesCount(), 0);
+        QVERIFY2(f.reports.isEmpty(), qPrintable(f.reports.value(0).description));
+    }
+
+    void severalStatementsInTheTableNameAreRefusedByName()
+    {
+        Fixture f;
+        setUp(f, false);
+        const QString injected = QStringLiteral("Termine; DROP TABLE Termine; --");
+        f.store.setRecordSource(injected);
+        QString description;
+        QCOMPARE(errorNumber([&] { f.store.SetConnection(f.connection.get()); }, &description),
+                 int(kvAdoError::StatementFailed));
+        QVERIFY2(description.contains(QStringLiteral("multiple statements")), qPrintable(description));
+        QString result;
+        load(f, at(2004, 3, 17), &result);
+        // The probe failed, so the load probes again first.
+        QCOMPARE(result, QStringLiteral("12-1\r\nUnable to execute multiple statements at a time"));
+        f.store.setRecordSource(termine);
+        QCOMPARE(errorNumber([&] { f.store.SetConnection(f.connection.get()); }), 0);
     }
 
     // --- Part 2.2: the per-day load ----------------------------------------------------------
@@ -689,6 +752,46 @@ private slots:
         const auto cell = load(f, at(2004, 3, 17), &result);
         QCOMPARE(result, QStringLiteral("12-8\r\nUnzulässige Verwendung von Null"));
         QCOMPARE(cell->EntriesCount(), 0);
+    }
+
+    void storedDatesOutsideTheDateRangeAreATypeMismatch_data()
+    {
+        QTest::addColumn<QString>("dateBegin");   // SQL literals as another program may have stored them
+        QTest::addColumn<QString>("dateEnd");
+        QTest::newRow("-1e300") << "-1e300" << "'2004-03-17 10:00'";
+        QTest::newRow("1e18") << "'2004-03-17 09:00'" << "1e18";
+        QTest::newRow("infinity") << "-9e999" << "'2004-03-17 10:00'";
+        QTest::newRow("day before 100-01-01") << "-657435.5" << "'2004-03-17 10:00'";
+        QTest::newRow("day after 9999-12-31") << "'2004-03-17 09:00'" << "2958466.0";
+        QTest::newRow("year 99 as text") << "'0099-12-31 10:00'" << "'2004-03-17 10:00'";
+    }
+    void storedDatesOutsideTheDateRangeAreATypeMismatch()
+    {
+        QFETCH(QString, dateBegin);
+        QFETCH(QString, dateEnd);
+        Fixture f;
+        setUp(f, false);
+        f.connection->Execute(QStringLiteral("INSERT INTO Termine (DateBegin, DateEnd, Name) VALUES (%1, %2, 'x')")
+                                  .arg(dateBegin, dateEnd));
+        QString result;
+        const auto cell = load(f, at(2004, 3, 17), &result);
+        QCOMPARE(result, QStringLiteral("12-8\r\nTypen unverträglich"));
+        QCOMPARE(cell->EntriesCount(), 0);
+    }
+
+    void theDateRangeItselfIsRead()
+    {
+        Fixture f;
+        setUp(f, false);
+        f.connection->Execute(QStringLiteral("INSERT INTO Termine (DateBegin, DateEnd, Name) VALUES "
+                                             "(-657434.0, '2004-03-17 10:00', 'a'), "
+                                             "('2004-03-17 09:00', 2958465.999988426, 'b')"));
+        QString result;
+        const auto cell = load(f, at(2004, 3, 17), &result);
+        QCOMPARE(result, QString());
+        QCOMPARE(cell->EntriesCount(), 2);
+        QCOMPARE(cell->Entries(1)->datDateBegin().date(), QDate(100, 1, 1));
+        QCOMPARE(cell->Entries(2)->datDateEnd().toDateTime(), QDateTime(QDate(9999, 12, 31), QTime(23, 59, 59), Qt::UTC));
     }
 
     void parameterizedLoadRefusesAnOddTableNameAtStepTwo()

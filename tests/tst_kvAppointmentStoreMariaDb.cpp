@@ -322,6 +322,22 @@ private slots:
         QVERIFY(m_reports.isEmpty());
         QCOMPARE(rows(bareTable).at(0).value(QStringLiteral("Name")).toString(), QStringLiteral("x"));
     }
+
+    void parameterizedQuotesABracketedNameWithBackticks()
+    {
+        setUp(true, QStringLiteral("`Meine Termine`"));
+        m_store->setRecordSource(QStringLiteral("[Meine Termine]"));
+        QCOMPARE(m_store->SetConnection(m_connection.get()), std::optional<int>(1));
+        m_store->InsertAppointment(at(2004, 3, 17, 9), at(2004, 3, 17, 10), QStringLiteral("a"),
+                                   QStringLiteral("Kontrolle"), {}, 12);
+        const auto cell = load(at(2004, 3, 17));
+        QCOMPARE(cell->EntriesCount(), 1);
+        m_store->UpdateAppointment(cell->Entries(1)->DateID(), at(2004, 3, 17, 9), at(2004, 3, 17, 10),
+                                   QStringLiteral("b"), {}, {}, 12);
+        QVERIFY2(m_reports.isEmpty(), qPrintable(m_reports.value(0).description));
+        QCOMPARE(load(at(2004, 3, 17))->Entries(1)->Text(), QStringLiteral("b"));
+        QVERIFY(generalLog().contains(QStringLiteral("Prepare\tUPDATE `Meine Termine` SET")));
+    }
 };
 
 QTEST_MAIN(tst_kvAppointmentStoreMariaDb)

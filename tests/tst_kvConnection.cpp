@@ -90,7 +90,52 @@ private slots:
         const QString joined = kvConnectionString::Join({{QStringLiteral("PWD"), QStringLiteral("x;}y")},
                                                          {QStringLiteral("Server"), QStringLiteral("h")}});
         QCOMPARE(joined, QStringLiteral("PWD={x;}}y};Server=h"));
-        QCOMPARE(kvConnectionString::Parse(joined).Value(QStringLiteral("pwd")), QStringLiteral("x;}y"));
+    }
+
+    void parseReadsBackWhatJoinWrites_data()
+    {
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QString>("value");
+        QTest::newRow("apostrophes") << QStringLiteral("Dr") << QStringLiteral("''''''''''''");
+        QTest::newRow("leading apostrophe") << QStringLiteral("Pwd") << QStringLiteral("'geheim");
+        QTest::newRow("leading double quote") << QStringLiteral("Pwd") << QStringLiteral("\"a\"b");
+        QTest::newRow("leading brace") << QStringLiteral("Pwd") << QStringLiteral("{x");
+        QTest::newRow("outer blanks") << QStringLiteral("Pwd") << QStringLiteral(" a ");
+        QTest::newRow("line break") << QStringLiteral("Pwd") << QStringLiteral("a\nb");
+        QTest::newRow("control characters") << QStringLiteral("Pwd") << QStringLiteral("\x01a\x1f;\x7f");
+    }
+
+    void parseReadsBackWhatJoinWrites()
+    {
+        QFETCH(QString, key);
+        QFETCH(QString, value);
+        const QList<std::pair<QString, QString>> pairs{{QStringLiteral("Driver"), QStringLiteral("SQLite3")},
+                                                       {key, value},
+                                                       {QStringLiteral("Last"), QStringLiteral("x")}};
+        const QString joined = kvConnectionString::Join(pairs);
+        kvConnectionString parsed;
+        QCOMPARE(errorNumber([&] { parsed = kvConnectionString::Parse(joined); }), 0);
+        QCOMPARE(parsed.Keys(), (QStringList{QStringLiteral("Driver"), key, QStringLiteral("Last")}));
+        QCOMPARE(parsed.Value(key), value);
+        QCOMPARE(parsed.Value(QStringLiteral("Last")), QStringLiteral("x"));
+    }
+
+    void joinRefusesKeysItCannotWrite_data()
+    {
+        QTest::addColumn<QString>("key");
+        QTest::newRow("empty") << QString();
+        QTest::newRow("equals sign") << QStringLiteral("a=b");
+        QTest::newRow("repeated") << QStringLiteral("DRIVER");
+    }
+
+    void joinRefusesKeysItCannotWrite()
+    {
+        QFETCH(QString, key);
+        QString description;
+        QCOMPARE(errorNumber([&] {
+                     kvConnectionString::Join({{QStringLiteral("Driver"), QStringLiteral("SQLite3")}, {key, QStringLiteral("v")}});
+                 }, &description), 3001);
+        QVERIFY2(!description.contains(QStringLiteral("SQLite3")), qPrintable(description));
     }
 
     void malformedStrings_data()
@@ -118,6 +163,8 @@ private slots:
 
     void dataSources_data()
     {
+        const QString mySqlOptions = QStringLiteral("CLIENT_FOUND_ROWS=1;MYSQL_OPT_CONNECT_TIMEOUT=15;"
+                                                    "MYSQL_OPT_READ_TIMEOUT=30;MYSQL_OPT_WRITE_TIMEOUT=30");
         QTest::addColumn<QString>("text");
         QTest::addColumn<int>("engine");
         QTest::addColumn<QString>("qtDriver");
@@ -131,10 +178,11 @@ private slots:
 
         QTest::newRow("sqlite") << QStringLiteral("Driver=SQLite3;Database=/data/termine.db") << int(kvDataSource::SQLite)
                                 << QStringLiteral("QSQLITE") << QStringLiteral("SQLite3") << QStringLiteral("/data/termine.db")
-                                << QString() << -1 << QString() << QString() << QString();
+                                << QString() << -1 << QString() << QString() << QStringLiteral("QSQLITE_BUSY_TIMEOUT=5000");
         QTest::newRow("sqlite braces") << QStringLiteral("driver={SQLite3};DATABASE={/data/a;b.db}") << int(kvDataSource::SQLite)
                                        << QStringLiteral("QSQLITE") << QStringLiteral("SQLite3") << QStringLiteral("/data/a;b.db")
-                                       << QString() << -1 << QString() << QString() << QString();
+                                       << QString() << -1 << QString() << QString()
+                                       << QStringLiteral("QSQLITE_BUSY_TIMEOUT=5000");
         QTest::newRow("jet") << QStringLiteral("Provider=Microsoft.Jet.OLEDB.4.0;Data Source=/data/termine.mdb")
                              << int(kvDataSource::Access) << QStringLiteral("QODBC") << QStringLiteral("Microsoft.Jet.OLEDB.4.0")
                              << QStringLiteral("Driver=MDBTools;DBQ=/data/termine.mdb") << QString() << -1 << QString()
@@ -146,34 +194,34 @@ private slots:
         QTest::newRow("sqloledb") << QStringLiteral("Provider=SQLOLEDB;Data Source=srv,1500;Initial Catalog=Termine;User ID=sa;Password={ge;heim}")
                                   << int(kvDataSource::SqlServer) << QStringLiteral("QODBC") << QStringLiteral("SQLOLEDB")
                                   << QStringLiteral("Driver=FreeTDS;Server=srv;Port=1500;Database=Termine;UID=sa;PWD={ge;heim};TDS_Version=7.4")
-                                  << QString() << -1 << QString() << QString() << QStringLiteral("SQL_ATTR_LOGIN_TIMEOUT=15");
+                                  << QString() << -1 << QString() << QString() << QStringLiteral("SQL_ATTR_LOGIN_TIMEOUT=15;SQL_ATTR_CONNECTION_TIMEOUT=30");
         QTest::newRow("sql server driver") << QStringLiteral("Driver={SQL Server};Server=srv;Database=Termine;Uid=sa;Pwd={p;w}")
                                            << int(kvDataSource::SqlServer) << QStringLiteral("QODBC") << QStringLiteral("MSDASQL")
                                            << QStringLiteral("Driver=FreeTDS;Server=srv;Port=1433;Database=Termine;UID=sa;PWD={p;w};TDS_Version=7.4")
-                                           << QString() << -1 << QString() << QString() << QStringLiteral("SQL_ATTR_LOGIN_TIMEOUT=15");
+                                           << QString() << -1 << QString() << QString() << QStringLiteral("SQL_ATTR_LOGIN_TIMEOUT=15;SQL_ATTR_CONNECTION_TIMEOUT=30");
         QTest::newRow("sql server instance") << QStringLiteral("Provider=sqloledb;Data Source=srv\\SQLEXPRESS;Connect Timeout=5")
                                              << int(kvDataSource::SqlServer) << QStringLiteral("QODBC") << QStringLiteral("sqloledb")
                                              << QStringLiteral("Driver=FreeTDS;Server=srv\\SQLEXPRESS;TDS_Version=7.4")
-                                             << QString() << -1 << QString() << QString() << QStringLiteral("SQL_ATTR_LOGIN_TIMEOUT=5");
+                                             << QString() << -1 << QString() << QString() << QStringLiteral("SQL_ATTR_LOGIN_TIMEOUT=5;SQL_ATTR_CONNECTION_TIMEOUT=30");
         QTest::newRow("mysql driver") << QStringLiteral("Driver={MySQL ODBC 8.0 Driver};Server=db.local;Port=3307;Database=termine;Uid=u;Pwd=p")
                                       << int(kvDataSource::MySql) << QStringLiteral("QMYSQL") << QStringLiteral("MSDASQL")
                                       << QStringLiteral("termine") << QStringLiteral("db.local") << 3307 << QStringLiteral("u")
-                                      << QStringLiteral("p") << QStringLiteral("MYSQL_OPT_CONNECT_TIMEOUT=15;CLIENT_FOUND_ROWS=1");
+                                      << QStringLiteral("p") << mySqlOptions;
         QTest::newRow("mysql socket") << QStringLiteral("DRIVER={MySQL ODBC 3.51 Driver};SOCKET=/run/my.sock;DATABASE=t;UID=u")
                                       << int(kvDataSource::MySql) << QStringLiteral("QMYSQL") << QStringLiteral("MSDASQL")
                                       << QStringLiteral("t") << QString() << -1 << QStringLiteral("u") << QString()
-                                      << QStringLiteral("MYSQL_OPT_CONNECT_TIMEOUT=15;CLIENT_FOUND_ROWS=1;UNIX_SOCKET=/run/my.sock");
+                                      << mySqlOptions + QStringLiteral(";UNIX_SOCKET=/run/my.sock");
         QTest::newRow("mysqlprov") << QStringLiteral("Provider=MySQLProv;Location=db.local;Data Source=termine;User Id=u;Password=p")
                                    << int(kvDataSource::MySql) << QStringLiteral("QMYSQL") << QStringLiteral("MySQLProv")
                                    << QStringLiteral("termine") << QStringLiteral("db.local") << -1 << QStringLiteral("u")
-                                   << QStringLiteral("p") << QStringLiteral("MYSQL_OPT_CONNECT_TIMEOUT=15;CLIENT_FOUND_ROWS=1");
+                                   << QStringLiteral("p") << mySqlOptions;
         QTest::newRow("dsn") << QStringLiteral("Provider=MSDASQL;DSN=Termine;Uid=u") << int(kvDataSource::Odbc)
                              << QStringLiteral("QODBC") << QStringLiteral("MSDASQL") << QStringLiteral("DSN=Termine;Uid=u")
-                             << QString() << -1 << QString() << QString() << QStringLiteral("SQL_ATTR_LOGIN_TIMEOUT=15");
+                             << QString() << -1 << QString() << QString() << QStringLiteral("SQL_ATTR_LOGIN_TIMEOUT=15;SQL_ATTR_CONNECTION_TIMEOUT=30");
         QTest::newRow("other odbc driver") << QStringLiteral("Driver={PostgreSQL Unicode};Server=h") << int(kvDataSource::Odbc)
                                            << QStringLiteral("QODBC") << QStringLiteral("MSDASQL")
                                            << QStringLiteral("Driver=PostgreSQL Unicode;Server=h") << QString() << -1
-                                           << QString() << QString() << QStringLiteral("SQL_ATTR_LOGIN_TIMEOUT=15");
+                                           << QString() << QString() << QStringLiteral("SQL_ATTR_LOGIN_TIMEOUT=15;SQL_ATTR_CONNECTION_TIMEOUT=30");
     }
 
     void dataSources()
@@ -191,6 +239,48 @@ private slots:
         QTEST(source.connectOptions(), "options");
         QCOMPARE(source.connectionString(), text);
         QCOMPARE(source.readOnly(), source.engine() == kvDataSource::Access);
+    }
+
+    void timeoutsOfTheConnectionString_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<int>("commandTimeout");
+        QTest::addColumn<QString>("options");
+        QTest::newRow("sqlite") << QStringLiteral("Driver=SQLite3;Database=t.db;Command Timeout=2") << 2
+                                << QStringLiteral("QSQLITE_BUSY_TIMEOUT=2000");
+        QTest::newRow("sqlite without limit") << QStringLiteral("Driver=SQLite3;Database=t.db;CommandTimeout=0") << 0
+                                              << QStringLiteral("QSQLITE_BUSY_TIMEOUT=2147483647");
+        QTest::newRow("sqlite read-only") << QStringLiteral("Driver=SQLite3;Database=t.db;Mode=read") << 5
+                                          << QStringLiteral("QSQLITE_BUSY_TIMEOUT=5000;QSQLITE_OPEN_READONLY");
+        QTest::newRow("mariadb") << QStringLiteral("Driver={MySQL};Server=h;Connect Timeout=3;Command Timeout=7") << 7
+                                 << QStringLiteral("CLIENT_FOUND_ROWS=1;MYSQL_OPT_CONNECT_TIMEOUT=3;"
+                                                   "MYSQL_OPT_READ_TIMEOUT=7;MYSQL_OPT_WRITE_TIMEOUT=7");
+        QTest::newRow("mariadb without limits") << QStringLiteral("Driver={MySQL};Server=h;Connect Timeout=0;Command Timeout=0")
+                                                << 0 << QStringLiteral("CLIENT_FOUND_ROWS=1");
+        QTest::newRow("sql server") << QStringLiteral("Provider=SQLOLEDB;Data Source=h;Connect Timeout=4;Command Timeout=9")
+                                    << 9 << QStringLiteral("SQL_ATTR_LOGIN_TIMEOUT=4;SQL_ATTR_CONNECTION_TIMEOUT=9");
+    }
+    void timeoutsOfTheConnectionString()
+    {
+        QFETCH(QString, text);
+        const kvDataSource source = kvDataSource::FromConnectionString(text);
+        QTEST(source.commandTimeout(), "commandTimeout");
+        QTEST(source.connectOptions(), "options");
+    }
+
+    void invalidTimeoutsAreRefused_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::newRow("text") << QStringLiteral("Driver=SQLite3;Database=t.db;Command Timeout=lang");
+        QTest::newRow("negative") << QStringLiteral("Driver={MySQL};Server=h;Connect Timeout=-1");
+        QTest::newRow("more than a day") << QStringLiteral("Provider=SQLOLEDB;Data Source=h;Command Timeout=86401");
+    }
+    void invalidTimeoutsAreRefused()
+    {
+        QFETCH(QString, text);
+        QString description;
+        QCOMPARE(errorNumber([&] { kvDataSource::FromConnectionString(text); }, &description), 3001);
+        QVERIFY2(description.contains(QStringLiteral("Timeout' ist keine Zahl von Sekunden")), qPrintable(description));
     }
 
     void unknownProviderOrNoDriver_data()

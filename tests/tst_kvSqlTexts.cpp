@@ -13,6 +13,8 @@ kvDate at(int year, int month, int day, int hour = 0, int minute = 0, int second
 }
 
 const QString termine = QStringLiteral("Termine");
+const kvTableName termineName = kvTableName::Parse(termine, kvDataSource::SQLite);
+const kvTableName tName = kvTableName::Parse(QStringLiteral("T"), kvDataSource::SQLite);
 
 } // namespace
 
@@ -258,42 +260,62 @@ private slots:
         QCOMPARE(kvParameterizedSql::EngineOf(QStringLiteral("QODBC")), E::Other);
     }
 
-    void plainIdentifiers_data()
+    void tableNames_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<bool>("plain");
-        QTest::newRow("Termine") << QStringLiteral("Termine") << true;
-        QTest::newRow("underscore and digits") << QStringLiteral("_termine_2024") << true;
-        QTest::newRow("umlaut") << QStringLiteral("Einträge") << true;
-        QTest::newRow("empty") << QString() << false;
-        QTest::newRow("leading digit") << QStringLiteral("1Termine") << false;
-        QTest::newRow("blank") << QStringLiteral("Meine Termine") << false;
-        QTest::newRow("brackets") << QStringLiteral("[Termine]") << false;
-        QTest::newRow("schema") << QStringLiteral("dbo.Termine") << false;
-        QTest::newRow("injection") << QStringLiteral("Termine; DROP TABLE Termine; --") << false;
-        QTest::newRow("quote") << QStringLiteral("Termine'") << false;
+        QTest::addColumn<QString>("recordSource");
+        QTest::addColumn<QString>("sqlite");    // Qualified() for SQLite; empty: refused
+        QTest::addColumn<QString>("mysql");
+        QTest::addColumn<QString>("sqlServer");
+        QTest::addColumn<QString>("table");     // Table() for SQL Server
+        QTest::newRow("bare") << "Termine" << "Termine" << "Termine" << "Termine" << "Termine";
+        QTest::newRow("brackets") << "[Meine Termine]" << "\"Meine Termine\"" << "`Meine Termine`"
+                                  << "[Meine Termine]" << "[Meine Termine]";
+        QTest::newRow("double quotes") << "\"Meine Termine\"" << "\"Meine Termine\"" << "`Meine Termine`"
+                                       << "[Meine Termine]" << "[Meine Termine]";
+        QTest::newRow("backticks") << "`Meine Termine`" << "\"Meine Termine\"" << "`Meine Termine`"
+                                   << "[Meine Termine]" << "[Meine Termine]";
+        QTest::newRow("schema") << "dbo.[Meine Termine]" << "dbo.\"Meine Termine\"" << "dbo.`Meine Termine`"
+                                << "dbo.[Meine Termine]" << "[Meine Termine]";
+        QTest::newRow("doubled closers") << "[a]]\"`b]" << "\"a]\"\"`b\"" << "`a]\"``b`" << "[a]]\"`b]"
+                                         << "[a]]\"`b]";
+        QTest::newRow("injection") << "Termine; DROP TABLE Termine; --" << "" << "" << "" << "";
+        QTest::newRow("injection after a quoted name") << "[Termine]; DROP TABLE Termine" << "" << "" << ""
+                                                       << "";
+        QTest::newRow("unclosed") << "[Termine" << "" << "" << "" << "";
+        QTest::newRow("control character") << "[a\nb]" << "" << "" << "" << "";
+        QTest::newRow("three parts") << "a.b.c" << "" << "" << "" << "";
     }
-    void plainIdentifiers()
+    void tableNames()
     {
-        QFETCH(QString, name);
-        QFETCH(bool, plain);
-        QCOMPARE(kvParameterizedSql::IsPlainIdentifier(name), plain);
-        QString description;
-        QCOMPARE(errorNumber([&] { kvParameterizedSql::RequirePlainIdentifier(name); }, &description),
-                 plain ? 0 : 5);
-        if (!plain)
-            QVERIFY2(description.contains(QStringLiteral("kein einfacher Tabellenname")), qPrintable(description));
+        QFETCH(QString, recordSource);
+        QFETCH(QString, sqlite);
+        QFETCH(QString, mysql);
+        QFETCH(QString, sqlServer);
+        QFETCH(QString, table);
+        QCOMPARE(kvTableName::IsTableName(recordSource), !sqlite.isEmpty());
+        if (sqlite.isEmpty()) {
+            QString description;
+            QCOMPARE(errorNumber([&] { kvTableName::Parse(recordSource, kvDataSource::SQLite); }, &description), 5);
+            QVERIFY2(description.startsWith(QStringLiteral("RecordSource \"%1\" ist kein einfacher Tabellenname")
+                                                .arg(recordSource)),
+                     qPrintable(description));
+            return;
+        }
+        QCOMPARE(kvTableName::Parse(recordSource, kvDataSource::SQLite).Qualified(), sqlite);
+        QCOMPARE(kvTableName::Parse(recordSource, kvDataSource::MySql).Qualified(), mysql);
+        QCOMPARE(kvTableName::Parse(recordSource, kvDataSource::SqlServer).Qualified(), sqlServer);
+        QCOMPARE(kvTableName::Parse(recordSource, kvDataSource::Access).Qualified(), sqlServer);
+        QCOMPARE(kvTableName::Parse(recordSource, kvDataSource::SqlServer).Table(), table);
     }
 
-    void everyParameterizedStatementRefusesAnOddTableName()
+    void quotedTableQualifiesItsColumnsByItsOwnName()
     {
-        const QString odd = QStringLiteral("T; DROP TABLE T");
-        const auto engine = kvParameterizedSql::Engine::SQLite;
-        QCOMPARE(errorNumber([&] { kvParameterizedSql::DayQuery(odd, at(2004, 3, 17), 3, engine); }), 5);
-        QCOMPARE(errorNumber([&] { kvParameterizedSql::NextQuery(odd, at(2004, 3, 17), 3, engine); }), 5);
-        QCOMPARE(errorNumber([&] { kvParameterizedSql::PreviousQuery(odd, at(2004, 3, 17), 3, engine); }), 5);
-        QCOMPARE(errorNumber([&] { kvParameterizedSql::UpdateStatement(odd, 3, {}, {}); }), 5);
-        QCOMPARE(errorNumber([&] { kvParameterizedSql::DeleteStatement(odd, 1); }), 5);
+        const kvTableName quoted = kvTableName::Parse(QStringLiteral("main.[Meine Termine]"), kvDataSource::SQLite);
+        const kvSqlStatement next = kvParameterizedSql::NextQuery(quoted, at(2004, 3, 21), 3,
+                                                                  kvParameterizedSql::Engine::SQLite);
+        QCOMPARE(next.Text, QStringLiteral("SELECT \"Meine Termine\".DateBegin AS NextDate From main.\"Meine Termine\" "
+                                           "Where (((\"Meine Termine\".DateBegin) >= ?)) ORDER BY "
+                                           "\"Meine Termine\".DateBegin ASC"));
     }
 
     void boundDates()
@@ -311,7 +333,7 @@ private slots:
 
     void parameterizedDayQueryIsTheSpecsWithMarkers()
     {
-        const kvSqlStatement day = kvParameterizedSql::DayQuery(termine, at(2004, 3, 17), 3,
+        const kvSqlStatement day = kvParameterizedSql::DayQuery(termineName, at(2004, 3, 17), 3,
                                                                  kvParameterizedSql::Engine::SQLite);
         QCOMPARE(day.Text, QStringLiteral("SELECT Termine.* From Termine Where ((Termine.DateBegin <= ?) And "
                                           "(Termine.DateEnd >= ?)) Or ((Termine.DateBegin >= ?) And "
@@ -323,11 +345,11 @@ private slots:
     void parameterizedNextAndPrevious()
     {
         const auto engine = kvParameterizedSql::Engine::MySql;
-        const kvSqlStatement next = kvParameterizedSql::NextQuery(termine, at(2004, 3, 21), 3, engine);
+        const kvSqlStatement next = kvParameterizedSql::NextQuery(termineName, at(2004, 3, 21), 3, engine);
         QCOMPARE(next.Text, QStringLiteral("SELECT Termine.DateBegin AS NextDate From Termine Where "
                                            "(((Termine.DateBegin) >= ?)) ORDER BY Termine.DateBegin ASC"));
         QCOMPARE(next.Values, QVariantList{QVariant(QStringLiteral("2004-03-22 00:00"))});
-        const kvSqlStatement previous = kvParameterizedSql::PreviousQuery(termine, at(2004, 3, 15), 3, engine);
+        const kvSqlStatement previous = kvParameterizedSql::PreviousQuery(termineName, at(2004, 3, 15), 3, engine);
         QCOMPARE(previous.Text, QStringLiteral("SELECT Termine.DateBegin AS NextDate From Termine Where "
                                                "(((Termine.DateBegin) < ?)) ORDER BY Termine.DateBegin DESC"));
         QCOMPARE(previous.Values, QVariantList{QVariant(QStringLiteral("2004-03-15 00:00"))});
@@ -343,14 +365,14 @@ private slots:
         values.Remark = QStringLiteral("Peter's");
         values.Document = QStringLiteral("d");
         values.ImageID = 12;
-        const kvSqlStatement all = kvParameterizedSql::UpdateStatement(termine, 3, values, {true, true, true});
+        const kvSqlStatement all = kvParameterizedSql::UpdateStatement(termineName, 3, values, {true, true, true});
         QCOMPARE(all.Text, QStringLiteral("UPDATE Termine SET DateBegin = ?, DateEnd = ?, Name = ?, Remark = ?, "
                                           "Document = ?, ImageID = ? WHERE DateID = ?"));
         QCOMPARE(all.Values, (QVariantList{QVariant::fromValue(values.DateBegin), QVariant::fromValue(values.DateEnd),
                                            values.Name, values.Remark, values.Document, 12, 5}));
         QCOMPARE(all.Values.at(5).typeId(), QMetaType::Int); // a number, not the text '12'
 
-        const kvSqlStatement bare = kvParameterizedSql::UpdateStatement(QStringLiteral("T"), 3, values, {});
+        const kvSqlStatement bare = kvParameterizedSql::UpdateStatement(tName, 3, values, {});
         QCOMPARE(bare.Text, QStringLiteral("UPDATE T SET DateBegin = ?, DateEnd = ?, Name = ? WHERE DateID = ?"));
         QCOMPARE(bare.Values.size(), 4);
     }
@@ -365,7 +387,7 @@ private slots:
 
     void parameterizedDelete()
     {
-        const kvSqlStatement statement = kvParameterizedSql::DeleteStatement(QStringLiteral("T"), 5);
+        const kvSqlStatement statement = kvParameterizedSql::DeleteStatement(tName, 5);
         QCOMPARE(statement.Text, QStringLiteral("DELETE FROM T WHERE DateID = ?"));
         QCOMPARE(statement.Values, QVariantList{5});
     }

@@ -7,13 +7,19 @@
 #                                  kvkalivo_test and the user kvkalivo, and writes DIR/mariadb.info
 #   mariadb-fixture.sh stop DIR    stops that server and removes its data (logs stay)
 #
+# Faults, for the tests that start a server of their own:
+#   mariadb-fixture.sh pause DIR   stops the server with SIGSTOP (it accepts connections, answers nothing)
+#   mariadb-fixture.sh resume DIR  continues it with SIGCONT
+#   mariadb-fixture.sh kill DIR    kills it with SIGKILL
+#   mariadb-fixture.sh restart DIR starts it again on its port and data directory
+#
 # mariadb.info holds key=value lines: host, port, socket, user, password, database,
 # general_log (every statement the server received), error_log, connection_string.
 set -euo pipefail
 
 command=${1:-}
 dir=${2:-}
-[ -n "$command" ] && [ -n "$dir" ] || { echo "usage: $0 start|stop DIR" >&2; exit 2; }
+[ -n "$command" ] && [ -n "$dir" ] || { echo "usage: $0 start|stop|pause|resume|kill|restart DIR" >&2; exit 2; }
 mkdir -p "$dir"
 dir=$(cd "$dir" && pwd)
 info="$dir/mariadb.info"
@@ -37,6 +43,7 @@ stop_server() {
   elif [ -s "$pidfile" ]; then pid=$(cat "$pidfile")
   else return 0; fi
   if kill -0 "$pid" 2>/dev/null; then
+    kill -CONT "$pid" 2>/dev/null || true   # a paused server could not stop
     kill -TERM "$pid"
     for _ in $(seq 1 300); do kill -0 "$pid" 2>/dev/null || break; sleep 0.1; done
     if kill -0 "$pid" 2>/dev/null; then
@@ -76,16 +83,20 @@ launch() {
   return 1
 }
 
+find_programs() {
+  mariadbd=$(find_program mariadbd mysqld)
+  admin=$(find_program mariadb-admin mysqladmin)
+  user_option=""
+  [ "$(id -u)" -ne 0 ] || user_option="--user=root"
+}
+
 start() {
   stop_server
   rm -rf "$datadir" "$info"
   mkdir -p "$datadir"
   install_db=$(find_program mariadb-install-db mysql_install_db)
-  mariadbd=$(find_program mariadbd mysqld)
-  admin=$(find_program mariadb-admin mysqladmin)
   client=$(find_program mariadb mysql)
-  user_option=""
-  [ "$(id -u)" -ne 0 ] || user_option="--user=root"
+  find_programs
 
   # A Unix socket path must stay below 108 bytes.
   socket="$dir/mysqld.sock"
@@ -139,8 +150,36 @@ stop() {
   echo "mariadb-fixture: stopped; logs stay in $dir"
 }
 
+info_value() {
+  [ -f "$info" ] || { echo "mariadb-fixture: no server in $dir" >&2; exit 1; }
+  sed -n "s/^$1=//p" "$info"
+}
+
+signal_server() {
+  local pid
+  pid=$(cat "$dir/mariadbd.server.pid" 2>/dev/null) || { echo "mariadb-fixture: no server pid in $dir" >&2; exit 1; }
+  kill "-$1" "$pid"
+  if [ "$1" = KILL ]; then
+    for _ in $(seq 1 100); do kill -0 "$pid" 2>/dev/null || break; sleep 0.1; done
+    rm -f "$pidfile" "$dir/mariadbd.server.pid"
+  fi
+}
+
+restart() {
+  local port
+  port=$(info_value port)
+  socket=$(info_value socket)
+  find_programs
+  launch "$port" || { cat "$dir/error.log" >&2; echo "mariadb-fixture: restart on port $port failed" >&2; exit 1; }
+  echo "mariadb-fixture: restarted on 127.0.0.1:$port"
+}
+
 case "$command" in
   start) start ;;
   stop) stop ;;
-  *) echo "usage: $0 start|stop DIR" >&2; exit 2 ;;
+  pause) signal_server STOP ;;
+  resume) signal_server CONT ;;
+  kill) signal_server KILL ;;
+  restart) restart ;;
+  *) echo "usage: $0 start|stop|pause|resume|kill|restart DIR" >&2; exit 2 ;;
 esac

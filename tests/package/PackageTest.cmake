@@ -24,6 +24,11 @@ if(NOT SQLITE3)
 endif()
 
 # Runs a command that must succeed; its output goes to the log and to step_output.
+# A host is built with the compiler and flags of this build (clang and the sanitizers with the
+# preset asan), so that it links with the library as built.
+set(host_build_settings -DCMAKE_CXX_COMPILER=${HOST_CXX_COMPILER} "-DCMAKE_CXX_FLAGS=${HOST_CXX_FLAGS}"
+    "-DCMAKE_EXE_LINKER_FLAGS=${HOST_LINKER_FLAGS}")
+
 function(run_step name)
   execute_process(COMMAND ${ARGN} RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
   message("${output}")
@@ -77,7 +82,7 @@ find_package(kvKalivo REQUIRED)
 add_library(header_check OBJECT ${source_list})
 target_link_libraries(header_check PRIVATE kvKalivo::kvKalivo)
 ")
-  run_step("configure the header check" ${CMAKE_COMMAND} -S "${project_dir}" -B "${project_dir}/build"
+  run_step("configure the header check" ${CMAKE_COMMAND} -S "${project_dir}" -B "${project_dir}/build" ${host_build_settings}
     -G Ninja -DCMAKE_PREFIX_PATH=${prefix} -DCMAKE_FIND_USE_PACKAGE_REGISTRY=OFF)
   run_step("compile each installed header alone" ${CMAKE_COMMAND} --build "${project_dir}/build")
   list(LENGTH headers count)
@@ -86,7 +91,7 @@ endfunction()
 
 # --- the example, built against the prefix alone --------------------------------------------------
 function(build_example)
-  run_step("configure the example" ${CMAKE_COMMAND} -S "${EXAMPLE_DIR}" -B "${example_build}" -G Ninja
+  run_step("configure the example" ${CMAKE_COMMAND} -S "${EXAMPLE_DIR}" -B "${example_build}" -G Ninja ${host_build_settings}
     -DCMAKE_PREFIX_PATH=${prefix} -DCMAKE_BUILD_TYPE=Release -DCMAKE_EXPORT_COMPILE_COMMANDS=ON
     -DCMAKE_FIND_USE_PACKAGE_REGISTRY=OFF)
   run_step("build the example" ${CMAKE_COMMAND} --build "${example_build}")

@@ -172,10 +172,12 @@ class KVKALIVO_EXPORT kvKalivo : public QWidget
     */
     Q_PROPERTY(enDbDateFormat DbDateFormat READ DbDateFormat WRITE setDbDateFormat)
     /*!
-        Extension: False (default) sends the spec's SQL texts exactly (values concatenated
-        into the text, unescaped); True binds every value as a parameter and writes SQL the
-        connected engine accepts, so apostrophes and injected SQL are stored as typed.
-        Recommended for new hosts. Persisted as "ParameterizedSql".
+        Extension: False (default) sends the classic SQL texts exactly (values concatenated
+        into the text, unescaped, RecordSource as it stands); True binds every value as a
+        parameter and writes SQL the connected engine accepts, so apostrophes and injected SQL
+        are stored as typed. RecordSource is then one table name, bare or quoted ([…], "…" or
+        `…`), optionally after a schema, written as the engine quotes names; anything else is
+        refused with error 5. Recommended for new hosts. Persisted as "ParameterizedSql".
     */
     Q_PROPERTY(bool ParameterizedSql READ ParameterizedSql WRITE setParameterizedSql)
     /*!

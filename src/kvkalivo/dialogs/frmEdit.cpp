@@ -21,6 +21,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMouseEvent>
+#include <QPlainTextEdit>
 #include <QPointer>
 #include <QPushButton>
 #include <QSignalBlocker>
@@ -29,6 +30,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <limits>
 
 namespace {
 
@@ -62,6 +64,9 @@ constexpr int labelGap = 12;
 constexpr int rowHeight = 24;
 constexpr int rowPitch = 32;
 constexpr int iconBoxSize = 36;
+constexpr int remarkLines = 3;   // the remark box spans this many rows
+// A line edit keeps no more than its maximum length: the texts of a table are not cut.
+constexpr int unlimitedLength = std::numeric_limits<int>::max();
 
 QPointer<frmEdit> &threadEditor()
 {
@@ -179,6 +184,7 @@ void frmEdit::CreateControls()
     m_label1 = CreateLabel(QStringLiteral("Label1"), QStringLiteral("Kontakt / Ereignis"));
     m_txtName = new QLineEdit(this);
     m_txtName->setObjectName(QStringLiteral("txtName"));
+    m_txtName->setMaxLength(unlimitedLength);
 
     m_label4 = CreateLabel(QStringLiteral("Label4"), QStringLiteral("Beginnt"));
     m_dtPickerBegin = new QDateEdit(this);
@@ -204,12 +210,16 @@ void frmEdit::CreateControls()
     m_label2->installEventFilter(this);
 
     m_label3 = CreateLabel(QStringLiteral("Label3"), QStringLiteral("Bemerkung"));
-    m_txtRemark = new QLineEdit(this);
+    m_txtRemark = new QPlainTextEdit(this);
     m_txtRemark->setObjectName(QStringLiteral("txtRemark"));
+    m_txtRemark->setTabChangesFocus(true);
+    // Lines break between words only: breaking anywhere as well costs minutes on a long word.
+    m_txtRemark->setWordWrapMode(QTextOption::WordWrap);
 
     m_lblDocument = CreateLabel(QStringLiteral("lblDocument"), QStringLiteral("Dokumentverknüpfung"));
     m_txtDocument = new QLineEdit(this);
     m_txtDocument->setObjectName(QStringLiteral("txtDocument"));
+    m_txtDocument->setMaxLength(unlimitedLength);
     m_cmdDocumentBrowser = CreateButton(QStringLiteral("cmdDocumentBrowser"), QStringLiteral("..."));
     m_cmdDocumentBrowser->setToolTip(QStringLiteral("Dokument auswählen"));
     m_cmdOpenDocument = CreateButton(QStringLiteral("cmdOpenDocument"), QStringLiteral("Öffnen"));
@@ -265,7 +275,10 @@ void frmEdit::LayoutControls()
         labelWidth = std::max(labelWidth, label->sizeHint().width());
     const int fieldLeft = margin + labelWidth + labelGap;
     const int formWidth = fieldLeft + RemarkWidth + margin;
-    const auto row = [](int index) { return margin + index * rowPitch; };
+    constexpr int remarkRow = 3;
+    const auto row = [](int index) {
+        return margin + index * rowPitch + (index > remarkRow ? (remarkLines - 1) * rowPitch : 0);
+    };
     const auto placeLabel = [&](QLabel *label, int index) {
         label->setGeometry(margin, row(index), labelWidth, rowHeight);
     };
@@ -290,7 +303,7 @@ void frmEdit::LayoutControls()
     m_label2->setGeometry(fullDayLeft + 22, fullDayTop, 100, 20);
 
     placeLabel(m_label3, 3);
-    m_txtRemark->setGeometry(fieldLeft, row(3), RemarkWidth, rowHeight);
+    m_txtRemark->setGeometry(fieldLeft, row(remarkRow), RemarkWidth, rowHeight + (remarkLines - 1) * rowPitch);
 
     constexpr int browseWidth = 30;
     constexpr int openWidth = 80;
@@ -436,12 +449,15 @@ void frmEdit::ShowLoadedValues()
     setWindowTitle(Format(m_loadedBegin, QStringLiteral("Short Date")) + QStringLiteral(", ")
                    + Format(m_loadedBegin, QStringLiteral("dddd")));
     m_txtName->setText(m_loadedName);
-    m_txtRemark->setText(m_loadedRemark);
+    m_txtRemark->setPlainText(m_loadedRemark);
     m_cboTimeBegin->setEditText(Format(m_loadedBegin, QStringLiteral("hh:nn")));
     m_cboTimeEnd->setEditText(Format(m_loadedEnd, QStringLiteral("hh:nn")));
     m_txtDocument->setText(m_loadedDocument);
+    m_shownName = m_txtName->text();
+    m_shownRemark = m_txtRemark->toPlainText();
+    m_shownDocument = m_txtDocument->text();
     // Long texts show their beginning, as a VB text box does.
-    for (QLineEdit *edit : { m_txtName, m_txtRemark, m_txtDocument })
+    for (QLineEdit *edit : { m_txtName, m_txtDocument })
         edit->setCursorPosition(0);
     ShowLoadedIcon();
     m_cmdDelete->setEnabled(m_editAction != 1);
@@ -509,8 +525,7 @@ bool frmEdit::DialogDiffersFromLoaded() const
         return true;
     if (ParsedDateTime(m_dtPickerEnd, m_cboTimeEnd->currentText()) != m_loadedEnd)
         return true;
-    if (m_txtName->text() != m_loadedName || m_txtRemark->text() != m_loadedRemark
-        || m_txtDocument->text() != m_loadedDocument)
+    if (NameValue() != m_loadedName || RemarkValue() != m_loadedRemark || DocumentValue() != m_loadedDocument)
         return true;
     const QString tag = m_imgIcon->property("Tag").toString();
     return kvInt16::fromInt(tag.toLongLong()) != m_loadedImageId;
@@ -526,10 +541,31 @@ void frmEdit::WriteValues(kvDate &dateBegin, kvDate &dateEnd, QString &name, QSt
         dateBegin = ParsedDateTime(m_dtPickerBegin, m_cboTimeBegin->currentText());
         dateEnd = ParsedDateTime(m_dtPickerEnd, m_cboTimeEnd->currentText());
     }
-    name = m_txtName->text();
-    remark = m_txtRemark->text();
+    name = NameValue();
+    remark = RemarkValue();
     imageId = kvInt16::fromInt(m_imgIcon->property("Tag").toString().toLongLong());
-    document = m_txtDocument->text();
+    document = DocumentValue();
+}
+
+QString frmEdit::NameValue() const
+{
+    return m_txtName->text() == m_shownName ? m_loadedName : m_txtName->text();
+}
+
+QString frmEdit::RemarkValue() const
+{
+    QString remark = m_txtRemark->toPlainText();
+    if (remark == m_shownRemark)
+        return m_loadedRemark;
+    // The box separates lines by "\n"; a remark written with "\r\n" keeps them.
+    if (m_loadedRemark.contains(QStringLiteral("\r\n")))
+        remark.replace(u'\n', QStringLiteral("\r\n"));
+    return remark;
+}
+
+QString frmEdit::DocumentValue() const
+{
+    return m_txtDocument->text() == m_shownDocument ? m_loadedDocument : m_txtDocument->text();
 }
 
 // --- Combining date and time ------------------------------------------------------------------

@@ -16,6 +16,7 @@ class QDateEdit;
 class QFrame;
 class QLabel;
 class QLineEdit;
+class QPlainTextEdit;
 class QMenu;
 class QPushButton;
 class QStatusBar;
@@ -160,6 +161,11 @@ private:
     void DeleteIcon();
     bool OpenDocument(const QString &path);
 
+    // What the dialog holds: the loaded text itself while the field shows what it was given.
+    QString NameValue() const;
+    QString RemarkValue() const;
+    QString DocumentValue() const;
+
     //! Runs an event handler; a failure is reported as code 1000 (Part 1.3).
     template <typename Handler>
     void Guarded(Handler handler);
@@ -175,7 +181,7 @@ private:
     QCheckBox *m_chkFullTime = nullptr;
     QLabel *m_label2 = nullptr;
     QLabel *m_label3 = nullptr;
-    QLineEdit *m_txtRemark = nullptr;
+    QPlainTextEdit *m_txtRemark = nullptr;
     QLabel *m_lblDocument = nullptr;
     QLineEdit *m_txtDocument = nullptr;
     QPushButton *m_cmdDocumentBrowser = nullptr;
@@ -199,6 +205,10 @@ private:
     QString m_loadedName;
     QString m_loadedRemark;
     QString m_loadedDocument;
+    // The texts as the fields showed them after loading (a remark's line breaks become "\n").
+    QString m_shownName;
+    QString m_shownRemark;
+    QString m_shownDocument;
     qint16 m_loadedImageId = 0;
     bool m_loadedFullDay = false;
     qint16 m_editAction = 0;

@@ -79,19 +79,22 @@ kvRuntimeError kvAdoError::connectionUnusable()
                                          "ungültig."));
 }
 
-kvRuntimeError kvAdoError::statementFailed(const QSqlError &error)
+kvDatabaseError kvAdoError::statementFailed(const QSqlError &error, kvDataSource::Engine engine)
 {
-    return kvRuntimeError(StatementFailed, engineMessage(error));
+    return kvDatabaseError(StatementFailed, engineMessage(error), kvDatabaseError::ConditionOf(error, engine));
 }
 
-kvRuntimeError kvAdoError::openFailed(const QString &context, const QString &engineMessage)
+kvDatabaseError kvAdoError::openFailed(const QString &context, const QString &engineMessage)
 {
     const QString text = context.isEmpty() ? engineMessage : context + QStringLiteral(": ") + engineMessage;
-    return kvRuntimeError(ProviderFailed, text);
+    return kvDatabaseError(ProviderFailed, text, kvDatabaseError::ServerGone);
 }
 
 QString kvAdoError::engineMessage(const QSqlError &error)
 {
+    // SQLite says "not an error" when the driver refused the statement before the engine saw
+    // it (several statements in one text): then the driver's words name what failed.
     const QString database = error.databaseText().trimmed();
-    return database.isEmpty() ? error.driverText().trimmed() : database;
+    const bool engineSaysNothing = database.isEmpty() || database == QLatin1String("not an error");
+    return engineSaysNothing ? error.driverText().trimmed() : database;
 }

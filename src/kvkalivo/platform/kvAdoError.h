@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kvDataSource.h"
+#include "kvDatabaseError.h"
 #include "kvRuntimeError.h"
 #include "kvkalivo_export.h"
 
@@ -58,11 +60,11 @@ public:
     static kvRuntimeError providerNotFound(const QString &name);
     //! 3709 "Die Verbindung kann nicht zum Ausführen dieses Vorgangs verwendet werden. …".
     static kvRuntimeError connectionUnusable();
-    //! An engine's refusal of a statement: its own message.
-    static kvRuntimeError statementFailed(const QSqlError &error);
+    //! A statement that failed in \a engine: its own message, and what the failure means.
+    static kvDatabaseError statementFailed(const QSqlError &error, kvDataSource::Engine engine);
     //! A failed Open: \a context (may be empty) followed by the engine's or driver's message.
-    static kvRuntimeError openFailed(const QString &context, const QString &engineMessage);
+    static kvDatabaseError openFailed(const QString &context, const QString &engineMessage);
 
-    //! The engine's own words for \a error: databaseText(), else driverText().
+    //! The engine's own words for \a error: databaseText(), else (when the engine has none) driverText().
     static QString engineMessage(const QSqlError &error);
 };

@@ -5,7 +5,9 @@
 #include "kvStderrCapture.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QSqlError>
 #include <QSqlQuery>
 
@@ -72,7 +74,8 @@ void kvConnection::setConnectionString(const QString &connectionString)
 
 int kvConnection::State() const
 {
-    return m_open && m_database.isOpen() ? adStateOpen : adStateClosed;
+    // A connection whose server went away stays open: the next statement reopens it.
+    return m_open && (m_database.isOpen() || m_reopenNeeded) ? adStateOpen : adStateClosed;
 }
 
 void kvConnection::Open(const QString &connectionString)
@@ -160,6 +163,7 @@ void kvConnection::Close()
         return;
     emit Closing();
     m_open = false;
+    m_reopenNeeded = false;
     if (!m_wrapped)
         ReleaseDatabase();
 }
@@ -187,7 +191,24 @@ void kvConnection::Execute(const QString &sql, const QVariantList &boundValues)
 QSqlQuery kvConnection::Run(const QString &sql, const QVariantList &boundValues)
 {
     RequireOpen();
+    if (m_reopenNeeded)
+        Reopen();
+    try {
+        return RunOnce(sql, boundValues);
+    } catch (const kvDatabaseError &failure) {
+        // A read runs once more on a new connection; a write may have been done: never twice.
+        if (failure.condition() != kvDatabaseError::ServerGone || !m_reopenNeeded || !IsRead(sql))
+            throw;
+    }
+    Reopen();
+    return RunOnce(sql, boundValues);
+}
+
+QSqlQuery kvConnection::RunOnce(const QString &sql, const QVariantList &boundValues)
+{
     emit StatementExecuted(sql);
+    QElapsedTimer waited;
+    waited.start();
     QSqlQuery query(m_database);
     query.setForwardOnly(true);
     bool ok = false;
@@ -198,9 +219,49 @@ QSqlQuery kvConnection::Run(const QString &sql, const QVariantList &boundValues)
             query.addBindValue(DriverValue(value));
         ok = query.exec();
     }
-    if (!ok)
-        throw kvAdoError::statementFailed(query.lastError());
-    return query;
+    if (ok)
+        return query;
+    const kvDatabaseError failure = StatementFailure(query.lastError(), waited.elapsed());
+    m_reopenNeeded = m_reopenNeeded || (IsServer() && failure.isUnavailable()
+                                        && failure.condition() != kvDatabaseError::Busy);
+    throw failure;
+}
+
+kvDatabaseError kvConnection::StatementFailure(const QSqlError &error, qint64 waitedMilliseconds) const
+{
+    const kvDatabaseError failure = kvAdoError::statementFailed(error, engine());
+    // MariaDB's client reports a read that waited the whole Command Timeout as the server
+    // gone: a failure after at least that long is the timeout.
+    const qint64 timeout = qint64(m_source.commandTimeout()) * 1000;
+    if (failure.condition() != kvDatabaseError::ServerGone || timeout <= 0 || waitedMilliseconds < timeout)
+        return failure;
+    return kvDatabaseError(failure.number(),
+                           QStringLiteral("%1 (keine Antwort innerhalb von %2 s, Command Timeout)")
+                               .arg(failure.description())
+                               .arg(m_source.commandTimeout()),
+                           kvDatabaseError::TimedOut);
+}
+
+void kvConnection::Reopen()
+{
+    emit Closing();   // recordsets let go of queries on the lost connection
+    m_database.close();
+    if (!m_database.open())
+        throw kvAdoError::openFailed(OpenFailureContext(m_source), kvAdoError::engineMessage(m_database.lastError()));
+    m_reopenNeeded = false;
+}
+
+bool kvConnection::IsServer() const
+{
+    const kvDataSource::Engine engine = m_source.engine();
+    return engine == kvDataSource::MySql || engine == kvDataSource::SqlServer || engine == kvDataSource::Odbc;
+}
+
+bool kvConnection::IsRead(const QString &sql)
+{
+    static const QRegularExpression select(QStringLiteral("^[\\s(]*SELECT\\b"),
+                                           QRegularExpression::CaseInsensitiveOption);
+    return select.match(sql).hasMatch();
 }
 
 int kvConnection::RecordsAffected(const QSqlQuery &query)

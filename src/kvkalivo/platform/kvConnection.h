@@ -1,6 +1,7 @@
 #pragma once
 
 #include "kvDataSource.h"
+#include "kvDatabaseError.h"
 #include "kvkalivo_export.h"
 
 #include <QObject>
@@ -8,6 +9,7 @@
 #include <QString>
 #include <QVariantList>
 
+class QSqlError;
 class QSqlQuery;
 
 /*!
@@ -28,7 +30,17 @@ class QSqlQuery;
     owns it).
 
     Like ADO, the calls throw on failure: kvRuntimeError with ADO's number (kvAdoError) and,
-    for failures of the engine, the engine's own message. Every SQL text sent, by Execute,
+    for failures of the engine, a kvDatabaseError with the engine's own message and what it
+    means (refused, busy, server gone, timed out). The connection string's "Command Timeout"
+    and "Connect Timeout" limit every wait (see kvDataSource::commandTimeout()).
+
+    When a server (MySQL/MariaDB, SQL Server, ODBC) has gone away, the connection heals
+    itself at the next statement: it is closed and opened again with the settings it was
+    opened with; a read (SELECT) that met the lost connection runs once more on the new one,
+    a write is reported as failed and never sent twice. A wrapped QSqlDatabase is reopened in
+    place, so the host's handle heals as well; it must hold its password for that (one opened
+    with QSqlDatabase::open(user, password) cannot be reopened, and each statement then
+    reports the failed reopen). Until a reopen succeeds State stays adStateOpen. Every SQL text sent, by Execute,
     kvCommand and kvRecordset alike, is announced by StatementExecuted() just before it runs.
     Dates in bound values (kvDate, QDateTime, QDate) are written as their wall-clock value:
     SQLite and MariaDB get the text "yyyy-MM-dd hh:mm:ss", ODBC a timestamp.
@@ -108,8 +120,17 @@ private:
     friend class kvCommand;
     friend class kvRecordset;
 
-    //! Traces, prepares, binds and runs \a sql; throws the engine's error.
+    //! Runs \a sql, reopening a lost connection first, and a read once more when it is lost.
     QSqlQuery Run(const QString &sql, const QVariantList &boundValues);
+    //! Traces, prepares, binds and runs \a sql; throws the engine's error as a kvDatabaseError.
+    QSqlQuery RunOnce(const QString &sql, const QVariantList &boundValues);
+    kvDatabaseError StatementFailure(const QSqlError &error, qint64 waitedMilliseconds) const;
+    //! Closes and opens the connection again; throws the engine's message when it cannot.
+    void Reopen();
+    //! A server engine, whose lost connection a reopen can heal (not a file).
+    bool IsServer() const;
+    //! Whether \a sql only reads (a SELECT), so that running it twice changes nothing.
+    static bool IsRead(const QString &sql);
     static int RecordsAffected(const QSqlQuery &query);
     QVariant DriverValue(const QVariant &value) const;
     void RequireOpen() const;
@@ -124,4 +145,5 @@ private:
     QSqlDatabase m_database;
     bool m_wrapped = false;
     bool m_open = false;
+    bool m_reopenNeeded = false;   // the server went away: the next statement reopens first
 };

@@ -1,6 +1,7 @@
 #include "kvConnectionString.h"
 
 #include "kvAdoError.h"
+#include "kvEnclosedText.h"
 
 namespace {
 
@@ -52,23 +53,11 @@ private:
     // Reads from an opening brace or quote to its closing character; a doubled closer is literal.
     QString ReadEnclosed(int element, QChar closer, const QString &problem)
     {
-        QString value;
-        for (++m_pos; !AtEnd(); ++m_pos) {
-            const QChar c = m_text.at(m_pos);
-            if (c != closer) {
-                value += c;
-                continue;
-            }
-            if (m_pos + 1 < m_text.size() && m_text.at(m_pos + 1) == closer) {
-                value += c;
-                ++m_pos;
-                continue;
-            }
-            ++m_pos;
-            ExpectEndOfElement(element);
-            return value;
-        }
-        throw kvAdoError::invalidArgument(Message(element, problem));
+        const std::optional<QString> value = kvEnclosedText::Read(m_text, m_pos, closer);
+        if (!value)
+            throw kvAdoError::invalidArgument(Message(element, problem));
+        ExpectEndOfElement(element);
+        return *value;
     }
 
     void ExpectEndOfElement(int element)
@@ -145,7 +134,8 @@ bool kvConnectionString::ContainsAny(const QStringList &synonyms) const
 
 QString kvConnectionString::Quote(const QString &value)
 {
-    const bool plain = !value.contains(QLatin1Char(';')) && !value.contains(QLatin1Char('{'))
+    const bool opensEnclosure = value.startsWith(QLatin1Char('"')) || value.startsWith(QLatin1Char('\''));
+    const bool plain = !opensEnclosure && !value.contains(QLatin1Char(';')) && !value.contains(QLatin1Char('{'))
                        && !value.contains(QLatin1Char('}')) && value.trimmed() == value;
     if (plain)
         return value;
@@ -157,9 +147,25 @@ QString kvConnectionString::Quote(const QString &value)
 QString kvConnectionString::Join(const QList<std::pair<QString, QString>> &pairs)
 {
     QStringList elements;
-    for (const auto &pair : pairs)
-        elements << pair.first + QLatin1Char('=') + Quote(pair.second);
+    QStringList written;
+    for (const auto &[key, value] : pairs) {
+        const int element = int(written.size()) + 1;
+        if (!IsWritableKey(key))
+            throw kvAdoError::invalidArgument(
+                QStringLiteral("Verbindungszeichenfolge: Element %1 hat keinen schreibbaren Namen").arg(element));
+        if (written.contains(NormalizedKey(key)))
+            throw kvAdoError::invalidArgument(
+                QStringLiteral("Verbindungszeichenfolge: Element %1 wiederholt einen Namen").arg(element));
+        written << NormalizedKey(key);
+        elements << key + QLatin1Char('=') + Quote(value);
+    }
     return elements.join(QLatin1Char(';'));
+}
+
+bool kvConnectionString::IsWritableKey(const QString &key)
+{
+    return !key.trimmed().isEmpty() && key.trimmed() == key && !key.contains(QLatin1Char('='))
+           && !key.contains(QLatin1Char(';'));
 }
 
 QString kvConnectionString::NormalizedKey(const QString &key)

@@ -46,10 +46,19 @@ public:
     //! Whether any of \a synonyms ("Data Source", "Server", …) is present.
     bool ContainsAny(const QStringList &synonyms) const;
 
-    //! \a value as an ODBC value: in braces when it holds ";", "{", "}" or outer blanks.
+    /*!
+        \a value as an ODBC value: in braces when it holds ";", "{" or "}", has outer blanks
+        or begins with a quote, so that Parse() reads it back unchanged.
+    */
     static QString Quote(const QString &value);
-    //! Joins \a pairs into "key=value;…", quoting the values as needed.
+    /*!
+        Joins \a pairs into "key=value;…", quoting the values as needed: Parse() gives back
+        every key and value. Throws kvRuntimeError 3001 for a key Parse() could not give back
+        (empty, with outer blanks, "=" or ";") and for a key repeated.
+    */
     static QString Join(const QList<std::pair<QString, QString>> &pairs);
+    //! Whether Join() can write \a key: not empty, no outer blanks, no "=" or ";".
+    static bool IsWritableKey(const QString &key);
 
 private:
     static QString NormalizedKey(const QString &key);

@@ -5,6 +5,8 @@
 
 #include <QSqlDatabase>
 
+#include <limits>
+
 namespace {
 
 const QStringList &serverKeys()
@@ -32,6 +34,20 @@ const QStringList &userKeys()
 const QStringList &passwordKeys()
 {
     static const QStringList keys{QStringLiteral("Pwd"), QStringLiteral("Password")};
+    return keys;
+}
+
+const QStringList &connectTimeoutKeys()
+{
+    static const QStringList keys{QStringLiteral("Connect Timeout"), QStringLiteral("Connection Timeout"),
+                                  QStringLiteral("ConnectTimeout")};
+    return keys;
+}
+
+const QStringList &commandTimeoutKeys()
+{
+    static const QStringList keys{QStringLiteral("Command Timeout"), QStringLiteral("CommandTimeout"),
+                                  QStringLiteral("Default Command Timeout")};
     return keys;
 }
 
@@ -142,6 +158,14 @@ kvDataSource kvDataSource::ForSQLite(const kvConnectionString &parts)
     source.m_qtDriver = QStringLiteral("QSQLITE");
     source.m_databaseName = required(parts, {QStringLiteral("Database"), QStringLiteral("Data Source"),
                                              QStringLiteral("DBQ")});
+    // A locked file is waited for Command Timeout, by default only a few seconds (see the README).
+    source.m_commandTimeout = Timeout(parts, commandTimeoutKeys(), SQLiteDefaultCommandTimeout);
+    const int milliseconds = source.m_commandTimeout == 0 ? std::numeric_limits<int>::max()
+                                                          : source.m_commandTimeout * 1000;
+    QStringList options{QStringLiteral("QSQLITE_BUSY_TIMEOUT=%1").arg(milliseconds)};
+    if (parts.Value(QStringLiteral("Mode")).compare(QLatin1String("Read"), Qt::CaseInsensitive) == 0)
+        options << QStringLiteral("QSQLITE_OPEN_READONLY");
+    source.m_connectOptions = options.join(QLatin1Char(';'));
     return source;
 }
 
@@ -162,8 +186,16 @@ kvDataSource kvDataSource::ForMySql(const kvConnectionString &parts, bool oleDb)
     source.m_userName = parts.Value(userKeys());
     source.m_password = parts.Value(passwordKeys());
     // CLIENT_FOUND_ROWS: an UPDATE reports the rows it matched, as the other engines do.
-    QStringList options{QStringLiteral("MYSQL_OPT_CONNECT_TIMEOUT=%1").arg(ConnectTimeout(parts)),
-                        QStringLiteral("CLIENT_FOUND_ROWS=1")};
+    QStringList options{QStringLiteral("CLIENT_FOUND_ROWS=1")};
+    // The client library waits for each read and write of a statement at most this long (it
+    // does not retry a read); 0 leaves the library's default, no limit.
+    const int connectTimeout = Timeout(parts, connectTimeoutKeys(), DefaultConnectTimeout);
+    source.m_commandTimeout = Timeout(parts, commandTimeoutKeys(), DefaultCommandTimeout);
+    if (connectTimeout > 0)
+        options << QStringLiteral("MYSQL_OPT_CONNECT_TIMEOUT=%1").arg(connectTimeout);
+    if (source.m_commandTimeout > 0)
+        options << QStringLiteral("MYSQL_OPT_READ_TIMEOUT=%1").arg(source.m_commandTimeout)
+                << QStringLiteral("MYSQL_OPT_WRITE_TIMEOUT=%1").arg(source.m_commandTimeout);
     const QString socket = parts.Value(QStringLiteral("Socket"));
     if (!socket.isEmpty())
         options << QStringLiteral("UNIX_SOCKET=") + socket;
@@ -204,7 +236,7 @@ kvDataSource kvDataSource::ForSqlServer(const kvConnectionString &parts)
     appendIfGiven("PWD", parts.Value(passwordKeys()));
     odbc.append({QStringLiteral("TDS_Version"), QStringLiteral("7.4")});
     source.m_databaseName = kvConnectionString::Join(odbc);
-    source.m_connectOptions = QStringLiteral("SQL_ATTR_LOGIN_TIMEOUT=%1").arg(ConnectTimeout(parts));
+    source.SetOdbcTimeouts(parts);
     return source;
 }
 
@@ -229,7 +261,7 @@ kvDataSource kvDataSource::ForOdbc(const kvConnectionString &parts)
     source.m_provider = QStringLiteral("MSDASQL");
     source.m_qtDriver = QStringLiteral("QODBC");
     source.m_databaseName = withoutKeys(parts, {QStringLiteral("Provider")});
-    source.m_connectOptions = QStringLiteral("SQL_ATTR_LOGIN_TIMEOUT=%1").arg(ConnectTimeout(parts));
+    source.SetOdbcTimeouts(parts);
     return source;
 }
 
@@ -244,13 +276,28 @@ int kvDataSource::ParsePort(const QString &text)
     return port;
 }
 
-int kvDataSource::ConnectTimeout(const kvConnectionString &parts)
+int kvDataSource::Timeout(const kvConnectionString &parts, const QStringList &keys, int defaultSeconds)
 {
-    const QString text = parts.Value({QStringLiteral("Connect Timeout"), QStringLiteral("Connection Timeout"),
-                                      QStringLiteral("ConnectTimeout")});
+    if (!parts.ContainsAny(keys))
+        return defaultSeconds;
+    const QString text = parts.Value(keys);
     bool ok = false;
     const int seconds = text.toInt(&ok);
-    return ok && seconds > 0 ? seconds : 15;   // ADO's default ConnectionTimeout
+    if (!ok || seconds < 0 || seconds > MaximumTimeout)
+        throw kvAdoError::invalidArgument(
+            QStringLiteral("Verbindungszeichenfolge: '%1' ist keine Zahl von Sekunden von 0 bis %2")
+                .arg(keys.first())
+                .arg(MaximumTimeout));
+    return seconds;
+}
+
+// ODBC's login timeout and its timeout for every request on the connection.
+void kvDataSource::SetOdbcTimeouts(const kvConnectionString &parts)
+{
+    m_commandTimeout = Timeout(parts, commandTimeoutKeys(), DefaultCommandTimeout);
+    m_connectOptions = QStringLiteral("SQL_ATTR_LOGIN_TIMEOUT=%1;SQL_ATTR_CONNECTION_TIMEOUT=%2")
+                           .arg(Timeout(parts, connectTimeoutKeys(), DefaultConnectTimeout))
+                           .arg(m_commandTimeout);
 }
 
 kvDataSource kvDataSource::FromDatabase(const QSqlDatabase &database)
@@ -284,7 +331,19 @@ kvDataSource kvDataSource::FromDatabase(const QSqlDatabase &database)
     source.m_hostName = database.hostName();
     source.m_port = database.port();
     source.m_userName = database.userName();
+    source.m_commandTimeout = CommandTimeoutOption(database.connectOptions());
     return source;
+}
+
+// The host's own read timeout, so that a read that waited for it counts as timed out.
+int kvDataSource::CommandTimeoutOption(const QString &connectOptions)
+{
+    const QString prefix = QStringLiteral("MYSQL_OPT_READ_TIMEOUT=");
+    for (const QString &option : connectOptions.split(QLatin1Char(';'))) {
+        if (option.trimmed().startsWith(prefix))
+            return std::max(0, option.trimmed().mid(prefix.size()).toInt());
+    }
+    return 0;
 }
 
 // Reads a QODBC connection back in the ADO form that dialect detection (Part 2.1) understands.

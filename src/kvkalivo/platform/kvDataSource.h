@@ -3,6 +3,7 @@
 #include "kvkalivo_export.h"
 
 #include <QString>
+#include <QStringList>
 
 class QSqlDatabase;
 class kvConnectionString;
@@ -24,6 +25,8 @@ class kvConnectionString;
     - `Driver={MySQL ODBC 8.0 Driver};Server=HOST;Port=..;Database=..;Uid=..;Pwd=..[;Socket=..]`
       and `Provider=MySQLProv;Location=HOST;Data Source=DB;User ID=..;Password=..` (QMYSQL),
     - `DSN=NAME;…` and any other `Driver=…` (handed to unixODBC as written).
+    Each may carry `Connect Timeout=S` and `Command Timeout=S` (see commandTimeout()); an
+    SQLite string `Mode=Read` opens the file read-only.
     Provider() is the Provider element as written; for Driver= strings it is "MSDASQL", as ADO
     reports for ODBC, except "SQLite3" for the embedded engine.
     A malformed string throws kvRuntimeError 3001, an unknown Provider 3706.
@@ -66,8 +69,18 @@ public:
     QString userName() const { return m_userName; }
     //! The password; empty when none is given.
     QString password() const { return m_password; }
-    //! QSqlDatabase::connectOptions(): connect and login timeouts, Access's read-only mode.
+    /*!
+        QSqlDatabase::connectOptions(): the timeouts (see commandTimeout()), Access's read-only
+        mode, SQLite's read-only mode for "Mode=Read".
+    */
     QString connectOptions() const { return m_connectOptions; }
+    /*!
+        "Command Timeout" in seconds, 0 for no limit: how long a statement may wait for the
+        server (MySQL/MariaDB: each read and write, ODBC: each request) or for a locked SQLite
+        file. Defaults: 30 s, for SQLite 5 s. "Connect Timeout" (default 15 s) limits opening
+        a connection to a server. Other values than 0 to 86400 throw 3001.
+    */
+    int commandTimeout() const { return m_commandTimeout; }
     //! True for Access files, which MDBTools can only read.
     bool readOnly() const { return m_readOnly; }
 
@@ -84,7 +97,15 @@ private:
     //! The engine an ODBC driver name stands for; Odbc when it is none of the known ones.
     static Engine EngineOfDriver(const QString &driver);
     static int ParsePort(const QString &text);
-    static int ConnectTimeout(const kvConnectionString &parts);
+    //! The value of the first of \a keys present, in seconds; \a defaultSeconds when none is.
+    static int Timeout(const kvConnectionString &parts, const QStringList &keys, int defaultSeconds);
+    void SetOdbcTimeouts(const kvConnectionString &parts);
+    static int CommandTimeoutOption(const QString &connectOptions);
+
+    static constexpr int DefaultConnectTimeout = 15;        // ADO's ConnectionTimeout
+    static constexpr int DefaultCommandTimeout = 30;        // ADO's CommandTimeout
+    static constexpr int SQLiteDefaultCommandTimeout = 5;   // a lock held longer is no short write
+    static constexpr int MaximumTimeout = 86400;
 
     Engine m_engine = Odbc;
     QString m_provider;
@@ -96,5 +117,6 @@ private:
     QString m_userName;
     QString m_password;
     QString m_connectOptions;
+    int m_commandTimeout = 0;
     bool m_readOnly = false;
 };

@@ -32,10 +32,16 @@ kvDate kvDate::fromParts(long long dayNumber, long long secondsOfDay)
     return result;
 }
 
+bool kvDate::isInRange(double oleDays)
+{
+    // Before the epoch the whole part counts the day and the fraction runs forward from it.
+    return std::isfinite(oleDays) && std::trunc(oleDays) >= MinimumDay && oleDays < EndDay;
+}
+
 kvDate kvDate::fromDays(double oleDays)
 {
     kvDate result;
-    result.m_days = std::isfinite(oleDays) ? oleDays : 0.0;
+    result.m_days = isInRange(oleDays) ? oleDays : 0.0;
     return result;
 }
 

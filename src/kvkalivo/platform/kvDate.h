@@ -30,7 +30,14 @@ public:
     //! Day 0: 30 December 1899, 00:00.
     constexpr kvDate() = default;
 
-    //! The OLE Automation value (days since 1899-12-30); NaN and infinities give day 0.
+    //! The whole day of the first Date, 1 January 100.
+    static constexpr double MinimumDay = -657434.0;
+    //! The day after the last Date, 31 December 9999: every Date is before it.
+    static constexpr double EndDay = 2958466.0;
+    //! Whether \a oleDays is a Date: finite and from 100-01-01 00:00 to 9999-12-31 23:59:59.
+    static bool isInRange(double oleDays);
+
+    //! The OLE Automation value (days since 1899-12-30); NaN, infinities and values outside the Date range give day 0.
     static kvDate fromDays(double oleDays);
     //! \a date at \a time (an invalid time counts as 00:00); an invalid \a date gives day 0.
     static kvDate fromDate(QDate date, QTime time = QTime(0, 0));

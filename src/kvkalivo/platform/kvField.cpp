@@ -64,6 +64,14 @@ kvDate kvField::ToDate(const QVariant &value)
 
 std::optional<kvDate> kvField::TryDate(const QVariant &value)
 {
+    const std::optional<kvDate> date = AnyDate(value);
+    if (date && !kvDate::isInRange(date->days()))
+        return std::nullopt;
+    return date;
+}
+
+std::optional<kvDate> kvField::AnyDate(const QVariant &value)
+{
     if (!value.isValid() || value.isNull())
         return std::nullopt;
     if (value.userType() == qMetaTypeId<kvDate>())
@@ -86,7 +94,7 @@ std::optional<kvDate> kvField::TryDate(const QVariant &value)
     default:
         break;
     }
-    if (isNumber(value))
+    if (isNumber(value) && kvDate::isInRange(value.toDouble()))
         return kvDate::fromDays(value.toDouble());
     return std::nullopt;
 }

@@ -42,8 +42,9 @@ public:
         Any date-like value as the spec's Date, without a time-zone shift: kvDate; QDateTime
         and QDate (their wall-clock date and time as they read, whatever their time spec);
         ISO text "yyyy-mm-dd[ hh:nn[:ss[.fff]]]" (also with "T", a zone suffix is ignored) or
-        text CDate reads; a number of OLE days. Throws kvRuntimeError 94 for Null and 13 for
-        anything else.
+        text CDate reads; a number of OLE days. Only Dates from 100-01-01 to 9999-12-31 are
+        read: throws kvRuntimeError 94 for Null and 13 for anything else, a value outside
+        that range included (it is never converted).
     */
     static kvDate ToDate(const QVariant &value);
     //! As ToDate(), but std::nullopt instead of throwing.
@@ -57,6 +58,8 @@ public:
 
 private:
     static std::optional<kvDate> FromIsoText(const QString &text);
+    //! TryDate() without the range check.
+    static std::optional<kvDate> AnyDate(const QVariant &value);
 
     QString m_name;
     QVariant m_value;

@@ -7,10 +7,6 @@
 
 namespace {
 
-// VB's Date range: 1 January 100 to 31 December 9999, 23:59:59.
-constexpr double firstOleDay = -657434.0;
-constexpr double endOleDay = 2958466.0;
-
 bool isIntegral(const QVariant &value)
 {
     switch (value.typeId()) {
@@ -93,9 +89,14 @@ qint64 normalisedInteger(qint64 value)
 
 std::optional<kvDate> dateInRange(kvDate date)
 {
-    if (date.days() < firstOleDay || date.days() >= endOleDay)
+    if (!kvDate::isInRange(date.days()))
         return std::nullopt;
     return date;
+}
+
+std::optional<kvDate> dateFromDays(double days)
+{
+    return kvDate::isInRange(days) ? std::optional(kvDate::fromDays(days)) : std::nullopt;
 }
 
 std::optional<kvDate> dateFromText(const QString &text)
@@ -114,9 +115,7 @@ std::optional<kvDate> dateFromText(const QString &text)
 
     bool ok = false;
     const double days = trimmed.toDouble(&ok);
-    if (!ok || !std::isfinite(days))
-        return std::nullopt;
-    return dateInRange(kvDate::fromDays(days));
+    return ok ? dateFromDays(days) : std::nullopt;
 }
 
 } // namespace
@@ -213,8 +212,7 @@ std::optional<kvDate> kvPropertyBag::ToDate(const QVariant &value)
         return dateTime.isValid() ? dateInRange(kvDate::fromDateTime(dateTime)) : std::nullopt;
     }
     if (isIntegral(value) || isFloating(value)) {
-        const double days = value.toDouble();
-        return std::isfinite(days) ? dateInRange(kvDate::fromDays(days)) : std::nullopt;
+        return dateFromDays(value.toDouble());
     }
     if (isText(value))
         return dateFromText(value.toString());

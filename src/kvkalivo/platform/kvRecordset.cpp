@@ -260,6 +260,8 @@ void kvRecordset::Update()
     const QString sql = InsertStatement(&values);
     m_query->finish();   // some engines (FreeTDS) serve one statement at a time per connection
     const QSqlQuery insert = m_connection->Run(sql, values);
+    if (!m_open)
+        return;   // the connection was reopened under the recordset, which let go of its rows
     const QVariant key = insert.lastInsertId();
     for (int i = 0; i < m_names.size(); ++i) {
         if (m_autoColumns.at(i) && !m_assigned.at(i) && key.isValid())

@@ -4,6 +4,7 @@
 #include "kvAdoError.h"
 #include "kvCommand.h"
 #include "kvConnection.h"
+#include "kvDatabaseError.h"
 #include "kvErrorReporting.h"
 #include "kvField.h"
 #include "kvFieldConversion.h"
@@ -15,6 +16,8 @@
 #include "kvRecordset.h"
 #include "kvRuntimeError.h"
 #include "kvSqlTexts.h"
+
+#include <utility>
 
 namespace {
 
@@ -42,6 +45,18 @@ QVariant value(const kvFields &fields, const char *name)
     return fields[QString::fromLatin1(name)].Value();
 }
 
+//! Inside a catch block: whether the failure says the database cannot serve anything just now.
+bool currentFailureIsUnavailable()
+{
+    try {
+        throw;
+    } catch (const kvDatabaseError &failure) {
+        return failure.isUnavailable();
+    } catch (...) {
+        return false;
+    }
+}
+
 } // namespace
 
 kvAppointmentStore::kvAppointmentStore(QObject *parent) : QObject(parent) {}
@@ -51,7 +66,8 @@ kvAppointmentStore::~kvAppointmentStore() = default;
 std::optional<int> kvAppointmentStore::SetConnection(kvConnection *connection)
 {
     m_connection = connection;
-    m_dayLoadFloor.reset();
+    m_batch = DayLoadBatch{};
+    m_columnsProbed = false;
     m_dialect = ChooseDialect(connection);
     if (!connection)
         return std::nullopt;
@@ -75,10 +91,8 @@ qint16 kvAppointmentStore::ChooseDialect(const kvConnection *connection) const
 
 void kvAppointmentStore::ProbeColumns(kvConnection &connection)
 {
-    if (m_parameterizedSql)
-        kvParameterizedSql::RequirePlainIdentifier(m_recordSource);
     kvRecordset recordset;
-    recordset.Open(m_recordSource, &connection, adOpenForwardOnly, adLockReadOnly, adCmdTable);
+    recordset.Open(TableSource(), &connection, adOpenForwardOnly, adLockReadOnly, adCmdTable);
     const kvFields &fields = recordset.Fields();
     for (int i = 0; i < fields.Count(); ++i) {
         const QString name = fields.Item(i).Name().toUpper();
@@ -89,11 +103,29 @@ void kvAppointmentStore::ProbeColumns(kvConnection &connection)
         else if (name == QStringLiteral("REMARK"))
             m_columns.Remark = true;
     }
+    m_columnsProbed = true;
+}
+
+void kvAppointmentStore::RequireColumns()
+{
+    // A failed probe says nothing about the columns: ask again rather than write without them.
+    if (!m_columnsProbed)
+        ProbeColumns(*m_connection);
 }
 
 kvParameterizedSql::Engine kvAppointmentStore::Engine() const
 {
     return kvParameterizedSql::EngineOf(m_connection->Database().driverName());
+}
+
+kvTableName kvAppointmentStore::TableName() const
+{
+    return kvTableName::Parse(m_recordSource, m_connection->engine());
+}
+
+QString kvAppointmentStore::TableSource() const
+{
+    return m_parameterizedSql ? TableName().Qualified() : m_recordSource;
 }
 
 QString kvAppointmentStore::FormatDbDate(const kvDate &date) const
@@ -110,8 +142,11 @@ QString kvAppointmentStore::LoadDayAppointments(const kvDate &day, ctlDay &cell,
 {
     if (!CanQuery())
         return QString();
+    if (m_batch.abandoned)
+        return std::exchange(m_batch.failure, QString());   // reported once, by the first day
     int step = 1;
     try {
+        RequireColumns();
         step = 2; // the date literals cannot fail; the text can (a refused table name)
         const kvSqlStatement statement = DayStatement(day);
         step = 3;
@@ -131,43 +166,60 @@ QString kvAppointmentStore::LoadDayAppointments(const kvDate &day, ctlDay &cell,
         step = 10;
         recordset.Close();
     } catch (...) {
-        return QStringLiteral("%1-%2\r\n%3")
-            .arg(DayLoadFailureBase)
-            .arg(step)
-            .arg(kvErrorReporting::DescribeCurrentException());
+        m_batch.abandoned = m_batch.active && currentFailureIsUnavailable();
+        return DayLoadFailure(step);
     }
     return QString();
 }
 
+QString kvAppointmentStore::DayLoadFailure(int step)
+{
+    return QStringLiteral("%1-%2\r\n%3")
+        .arg(DayLoadFailureBase)
+        .arg(step)
+        .arg(kvErrorReporting::DescribeCurrentException());
+}
+
 void kvAppointmentStore::BeginDayLoads(const kvDate &firstDay)
 {
-    m_dayLoadFloor.reset();
-    if (!m_parameterizedSql || !CanQuery())
+    m_batch = DayLoadBatch{};
+    if (!CanQuery())
         return;
+    m_batch.active = true;
+    int step = 1;
     try {
+        RequireColumns();
+        if (!m_parameterizedSql)
+            return;
+        step = 4;
         const QVariant earliest = FirstValue(
-            kvParameterizedSql::EarliestOverlapQuery(m_recordSource, firstDay, m_dialect, Engine()),
+            kvParameterizedSql::EarliestOverlapQuery(TableName(), firstDay, m_dialect, Engine()),
             "EarliestBegin");
         kvDate floor = firstDay;
         if (!kvFieldConversion::IsNull(earliest))
             floor = std::min(floor, kvField::ToDate(earliest));
-        m_dayLoadFloor = DayLoadFloor{firstDay, floor};
+        m_batch.floor = DayLoadFloor{firstDay, floor};
     } catch (...) {
-        // Only a shortcut: the day queries run unbounded, and report their own failures.
+        // Busy or gone: the day loads would each wait for the same; the first reports this.
+        // Anything else: the floor is only a shortcut, the day loads report their own failures.
+        if (currentFailureIsUnavailable()) {
+            m_batch.abandoned = true;
+            m_batch.failure = DayLoadFailure(step);
+        }
     }
 }
 
 void kvAppointmentStore::EndDayLoads()
 {
-    m_dayLoadFloor.reset();
+    m_batch = DayLoadBatch{};
 }
 
 kvSqlStatement kvAppointmentStore::DayStatement(const kvDate &day) const
 {
-    if (m_parameterizedSql && m_dayLoadFloor && !(day < m_dayLoadFloor->from))
-        return kvParameterizedSql::DayQuery(m_recordSource, day, m_dayLoadFloor->floor, m_dialect, Engine());
+    if (m_parameterizedSql && m_batch.floor && !(day < m_batch.floor->from))
+        return kvParameterizedSql::DayQuery(TableName(), day, m_batch.floor->floor, m_dialect, Engine());
     if (m_parameterizedSql)
-        return kvParameterizedSql::DayQuery(m_recordSource, day, m_dialect, Engine());
+        return kvParameterizedSql::DayQuery(TableName(), day, m_dialect, Engine());
     return {kvSqlTexts::DayQuery(m_recordSource, day, m_dialect), {}};
 }
 
@@ -205,7 +257,7 @@ std::optional<kvDate> kvAppointmentStore::FindNextAppointment(const kvDate &last
         return std::nullopt;
     try {
         if (m_parameterizedSql)
-            return FirstDate(kvParameterizedSql::NextQuery(m_recordSource, lastDisplayedDay, m_dialect, Engine()));
+            return FirstDate(kvParameterizedSql::NextQuery(TableName(), lastDisplayedDay, m_dialect, Engine()));
         return FirstDate({kvSqlTexts::NextQuery(m_recordSource, lastDisplayedDay, m_dialect), {}});
     } catch (...) {
         return std::nullopt; // the searches stop silently (Part 2.2)
@@ -218,7 +270,7 @@ std::optional<kvDate> kvAppointmentStore::FindPreviousAppointment(const kvDate &
         return std::nullopt;
     try {
         if (m_parameterizedSql)
-            return FirstDate(kvParameterizedSql::PreviousQuery(m_recordSource, firstDisplayedDay, m_dialect, Engine()));
+            return FirstDate(kvParameterizedSql::PreviousQuery(TableName(), firstDisplayedDay, m_dialect, Engine()));
         return FirstDate({kvSqlTexts::PreviousQuery(m_recordSource, firstDisplayedDay, m_dialect), {}});
     } catch (...) {
         return std::nullopt;
@@ -266,10 +318,9 @@ void kvAppointmentStore::WriteRecord(const kvAppointmentValues &values)
 {
     if (!m_connection)
         throw kvAdoError::connectionUnusable();
-    if (m_parameterizedSql)
-        kvParameterizedSql::RequirePlainIdentifier(m_recordSource);
+    RequireColumns();
     kvRecordset recordset;
-    recordset.Open(m_recordSource, m_connection.data(), adOpenKeyset, adLockPessimistic, adCmdTable);
+    recordset.Open(TableSource(), m_connection.data(), adOpenKeyset, adLockPessimistic, adCmdTable);
     recordset.AddNew();
     recordset.setValue(QStringLiteral("DateBegin"), QVariant::fromValue(values.DateBegin));
     recordset.setValue(QStringLiteral("DateEnd"), QVariant::fromValue(values.DateEnd));
@@ -292,9 +343,10 @@ void kvAppointmentStore::UpdateAppointment(qint32 DateID, const kvDate &DateBegi
     if (!m_connection)
         return;
     try {
+        RequireColumns();
         const kvAppointmentValues values{DateID, DateBegin, DateEnd, Name, Remark, Document, ImageID};
         if (m_parameterizedSql)
-            Execute(kvParameterizedSql::UpdateStatement(m_recordSource, m_dialect, values, m_columns));
+            Execute(kvParameterizedSql::UpdateStatement(TableName(), m_dialect, values, m_columns));
         else
             Execute({kvSqlTexts::UpdateStatement(m_recordSource, m_dialect, values, m_columns), {}});
     } catch (...) {
@@ -316,7 +368,7 @@ void kvAppointmentStore::DeleteAppointment(qint32 DateID, const kvDate &DateBegi
         if (!m_connection)
             return;
         if (m_parameterizedSql)
-            Execute(kvParameterizedSql::DeleteStatement(m_recordSource, DateID));
+            Execute(kvParameterizedSql::DeleteStatement(TableName(), DateID));
         else
             Execute({kvSqlTexts::DeleteStatement(m_recordSource, DateID), {}});
     } catch (...) {

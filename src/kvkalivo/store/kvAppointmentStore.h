@@ -24,7 +24,8 @@ class kvFields;
 
     The store holds the connection without owning it (it becomes Nothing when the host
     deletes it). With ParameterizedSql false it sends the spec's texts exactly (kvSqlTexts);
-    with true it binds every value (kvParameterizedSql) and accepts only a plain table name.
+    with true it binds every value (kvParameterizedSql) and accepts only one table name
+    (kvTableName), which it quotes as the engine wants.
 
     Failures: SetConnection lets the data layer's kvRuntimeError through, as ADO errors
     propagated in the spec; LoadDayAppointments returns "12-" step CR LF description; the
@@ -53,13 +54,16 @@ public:
         Part 2.1's procedure: stores \a connection, chooses DatabaseDialect, and unless it is
         nullptr reads its State (announced by ConnectionStateRead before the probe, and
         returned) and probes the table's optional columns. nullptr returns std::nullopt.
-        Throws the data layer's kvRuntimeError (a closed connection, a missing table, ...),
-        and error 91 for nullptr while DbDateFormat is kvAuto (Provider of Nothing).
+        Throws the data layer's kvRuntimeError (a closed connection, a missing table, a
+        locked file, ...), and error 91 for nullptr while DbDateFormat is kvAuto (Provider of
+        Nothing). A failed probe leaves the columns unknown, not absent: the next load,
+        insert or update probes again first and fails with it while it fails, so that no
+        row is written without the columns the table has.
     */
     std::optional<int> SetConnection(kvConnection *connection);
 
     QString RecordSource() const { return m_recordSource; }
-    //! Does not probe the columns again; only SetConnection does.
+    //! Does not probe the columns again; only SetConnection does (or a load or write after a failed probe).
     void setRecordSource(const QString &recordSource) { m_recordSource = recordSource; }
     //! The host's choice, an enDbDateFormat value (0 kvAuto).
     qint16 DbDateFormat() const { return m_dbDateFormat; }
@@ -67,7 +71,7 @@ public:
     //! 1, 2 or 3 once a connection was set; 0 before.
     qint16 DatabaseDialect() const { return m_dialect; }
 
-    // Set to true by the probe and never cleared (the spec's deliberate carry-over).
+    // Set to true by the probe and never cleared (a deliberate carry-over to later connections).
     bool HasImageIdColumn() const { return m_columns.ImageID; }
     bool HasDocumentColumn() const { return m_columns.Document; }
     bool HasRemarkColumn() const { return m_columns.Remark; }
@@ -90,11 +94,13 @@ public:
     */
     QString LoadDayAppointments(const kvDate &day, ctlDay &cell, uint backColor);
     /*!
-        With ParameterizedSql, LoadDayAppointments for days from \a firstDay on uses a narrow
-        range of the DateBegin index, bounded by one query for the earliest appointment that
-        reaches into \a firstDay, until EndDayLoads(). A grid loads 42 days with one scan of
-        the table instead of 42. Without ParameterizedSql, or when that query fails, nothing
-        changes.
+        The LoadDayAppointments calls until EndDayLoads() fill one grid from \a firstDay on.
+        With ParameterizedSql they use a narrow range of the DateBegin index, bounded by one
+        query for the earliest appointment that reaches into \a firstDay: a grid loads 42 days
+        with one scan of the table instead of 42 (when that query is refused, they run
+        unbounded). When the database is busy or gone (kvDatabaseError::isUnavailable()),
+        the first failing query ends the grid's loading: that day reports it, the later days
+        return empty text without a query, so the grid waits once, not once per day.
     */
     void BeginDayLoads(const kvDate &firstDay);
     void EndDayLoads();
@@ -120,7 +126,14 @@ Q_SIGNALS:
 private:
     qint16 ChooseDialect(const kvConnection *connection) const;
     void ProbeColumns(kvConnection &connection);
+    void RequireColumns();
+    //! Inside a catch block: "12-" step CR LF the failure's description.
+    static QString DayLoadFailure(int step);
     kvParameterizedSql::Engine Engine() const;
+    //! RecordSource as one table name for the connected engine; throws 5 when it is none.
+    kvTableName TableName() const;
+    //! What the probe and the insert open: the quoted name with ParameterizedSql, else RecordSource.
+    QString TableSource() const;
 
     kvSqlStatement DayStatement(const kvDate &day) const;
     void AddRow(const kvFields &fields, const kvDate &day, ctlDay &cell, uint backColor, int &step) const;
@@ -136,12 +149,22 @@ private:
     qint16 m_dialect = 0;
     kvOptionalColumns m_columns;
     bool m_parameterizedSql = false;
-    //! BeginDayLoads: from which day on DateBegin is known to be at least \c floor.
+    //! Whether the optional columns are known for this connection (the last probe succeeded).
+    bool m_columnsProbed = false;
+    //! From which day on DateBegin is known to be at least \c floor.
     struct DayLoadFloor
     {
         kvDate from;
         kvDate floor;
     };
-    std::optional<DayLoadFloor> m_dayLoadFloor;
+    //! The loading of one grid, between BeginDayLoads and EndDayLoads.
+    struct DayLoadBatch
+    {
+        bool active = false;
+        std::optional<DayLoadFloor> floor;
+        bool abandoned = false;   // busy or gone: no more queries
+        QString failure;          // what the next day load reports, once
+    };
+    DayLoadBatch m_batch;
     Reporter m_reporter;
 };

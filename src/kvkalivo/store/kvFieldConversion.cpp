@@ -25,7 +25,8 @@ std::optional<double> numberFromText(const QString &text)
     double number = QLocale::c().toDouble(text.trimmed(), &ok);
     if (!ok)
         number = QLocale(QLocale::German, QLocale::Germany).toDouble(text.trimmed(), &ok);
-    return ok ? std::optional<double>(number) : std::nullopt;
+    // QLocale reads "nan" and "inf"; VB's IsNumeric does not.
+    return ok && std::isfinite(number) ? std::optional<double>(number) : std::nullopt;
 }
 
 bool isNumberType(const QVariant &value)
@@ -69,7 +70,7 @@ bool kvFieldConversion::IsNumeric(const QVariant &value)
 qint32 kvFieldConversion::ToLong(const QVariant &value)
 {
     const double rounded = std::nearbyint(ToNumber(value));
-    if (rounded < std::numeric_limits<qint32>::min() || rounded > std::numeric_limits<qint32>::max())
+    if (!(rounded >= std::numeric_limits<qint32>::min() && rounded <= std::numeric_limits<qint32>::max()))
         throw kvRuntimeError::overflow();
     return qint32(rounded);
 }

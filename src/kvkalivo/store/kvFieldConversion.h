@@ -20,7 +20,7 @@ public:
     //! VB's IsNumeric: numbers, and text that reads as a number; Null is not numeric.
     static bool IsNumeric(const QVariant &value);
 
-    //! CLng: rounds halves to even; outside 32 bits is error 6.
+    //! CLng: rounds halves to even; outside 32 bits (NaN and infinities too) is error 6.
     static qint32 ToLong(const QVariant &value);
     //! CInt: rounds halves to even; outside 16 bits is error 6.
     static qint16 ToInteger(const QVariant &value);

@@ -1,16 +1,9 @@
 #include "kvParameterizedSql.h"
 
 #include "kvFormat.h"
-#include "kvRuntimeError.h"
 #include "kvSqlTexts.h"
 
 #include <QStringList>
-
-namespace {
-
-constexpr int InvalidArgument = 5;
-
-} // namespace
 
 kvParameterizedSql::Engine kvParameterizedSql::EngineOf(const QString &driverName)
 {
@@ -19,28 +12,6 @@ kvParameterizedSql::Engine kvParameterizedSql::EngineOf(const QString &driverNam
     if (driverName == QStringLiteral("QMYSQL") || driverName == QStringLiteral("QMARIADB"))
         return Engine::MySql;
     return Engine::Other;
-}
-
-bool kvParameterizedSql::IsPlainIdentifier(const QString &name)
-{
-    if (name.isEmpty() || name.front().isDigit())
-        return false;
-    for (const QChar c : name) {
-        if (!c.isLetterOrNumber() && c != u'_')
-            return false;
-    }
-    return true;
-}
-
-void kvParameterizedSql::RequirePlainIdentifier(const QString &table)
-{
-    if (IsPlainIdentifier(table))
-        return;
-    throw kvRuntimeError(InvalidArgument,
-                         QStringLiteral("RecordSource \"%1\" ist kein einfacher Tabellenname. Mit "
-                                        "ParameterizedSql sind nur Buchstaben, Ziffern und _ "
-                                        "erlaubt (nicht an erster Stelle eine Ziffer).")
-                             .arg(table));
 }
 
 QVariant kvParameterizedSql::BoundDate(const kvDate &date, int dialect, Engine engine)
@@ -62,14 +33,13 @@ kvDate kvParameterizedSql::AtPrecision(const kvDate &date, int dialect)
     return dialect == kvSqlTexts::MicrosoftSql ? date : date.addSeconds(-date.second());
 }
 
-kvSqlStatement kvParameterizedSql::DayQuery(const QString &table, const kvDate &day, int dialect,
+kvSqlStatement kvParameterizedSql::DayQuery(const kvTableName &table, const kvDate &day, int dialect,
                                             Engine engine)
 {
-    RequirePlainIdentifier(table);
-    const QString &t = table;
+    const QString t = table.Table();
     const QVariant d1 = BoundDate(day, dialect, engine);
     const QVariant d2 = BoundDate(day.addDays(1), dialect, engine);
-    const QString text = QStringLiteral("SELECT ") + t + QStringLiteral(".* From ") + t
+    const QString text = QStringLiteral("SELECT ") + t + QStringLiteral(".* From ") + table.Qualified()
                          + QStringLiteral(" Where ((") + t + QStringLiteral(".DateBegin <= ?) And (")
                          + t + QStringLiteral(".DateEnd >= ?)) Or ((") + t
                          + QStringLiteral(".DateBegin >= ?) And (") + t
@@ -77,14 +47,14 @@ kvSqlStatement kvParameterizedSql::DayQuery(const QString &table, const kvDate &
     return {text, {d1, d1, d1, d2}};
 }
 
-kvSqlStatement kvParameterizedSql::DayQuery(const QString &table, const kvDate &day,
+kvSqlStatement kvParameterizedSql::DayQuery(const kvTableName &table, const kvDate &day,
                                             const kvDate &beginFloor, int dialect, Engine engine)
 {
     kvSqlStatement statement = DayQuery(table, day, dialect, engine);
     // Both alternatives of the day query imply DateBegin < the next day; with the floor that
     // makes one narrow index range instead of a scan of everything that began before the day.
     const QString where = QStringLiteral(" Where ");
-    const QString bounds = QStringLiteral(" Where (%1.DateBegin >= ?) And (%1.DateBegin < ?) And (").arg(table);
+    const QString bounds = QStringLiteral(" Where (%1.DateBegin >= ?) And (%1.DateBegin < ?) And (").arg(table.Table());
     statement.Text.replace(statement.Text.indexOf(where), where.size(), bounds);
     statement.Text.replace(QStringLiteral("ORDER BY "), QStringLiteral(")ORDER BY "));
     statement.Values.prepend(BoundDate(day.addDays(1), dialect, engine));
@@ -92,34 +62,32 @@ kvSqlStatement kvParameterizedSql::DayQuery(const QString &table, const kvDate &
     return statement;
 }
 
-kvSqlStatement kvParameterizedSql::EarliestOverlapQuery(const QString &table, const kvDate &from,
+kvSqlStatement kvParameterizedSql::EarliestOverlapQuery(const kvTableName &table, const kvDate &from,
                                                         int dialect, Engine engine)
 {
-    RequirePlainIdentifier(table);
     const QVariant boundary = BoundDate(from, dialect, engine);
-    const QString text = QStringLiteral("SELECT MIN(%1.DateBegin) AS EarliestBegin From %1 Where ((%1.DateEnd >= ?) And (%1.DateBegin < ?))")
-                             .arg(table);
+    const QString text = QStringLiteral("SELECT MIN(%1.DateBegin) AS EarliestBegin From %2 Where ((%1.DateEnd >= ?) And (%1.DateBegin < ?))")
+                             .arg(table.Table(), table.Qualified());
     return {text, {boundary, boundary}};
 }
 
-kvSqlStatement kvParameterizedSql::NextQuery(const QString &table, const kvDate &lastDisplayedDay,
+kvSqlStatement kvParameterizedSql::NextQuery(const kvTableName &table, const kvDate &lastDisplayedDay,
                                              int dialect, Engine engine)
 {
     return SearchQuery(table, ">=", "ASC", BoundDate(lastDisplayedDay.addDays(1), dialect, engine));
 }
 
-kvSqlStatement kvParameterizedSql::PreviousQuery(const QString &table,
+kvSqlStatement kvParameterizedSql::PreviousQuery(const kvTableName &table,
                                                  const kvDate &firstDisplayedDay, int dialect,
                                                  Engine engine)
 {
     return SearchQuery(table, "<", "DESC", BoundDate(firstDisplayedDay, dialect, engine));
 }
 
-kvSqlStatement kvParameterizedSql::UpdateStatement(const QString &table, int dialect,
+kvSqlStatement kvParameterizedSql::UpdateStatement(const kvTableName &table, int dialect,
                                                    const kvAppointmentValues &values,
                                                    const kvOptionalColumns &columns)
 {
-    RequirePlainIdentifier(table);
     QStringList assignments{QStringLiteral("DateBegin = ?"), QStringLiteral("DateEnd = ?"),
                             QStringLiteral("Name = ?")};
     QVariantList bound{WrittenDate(values.DateBegin, dialect), WrittenDate(values.DateEnd, dialect),
@@ -137,24 +105,22 @@ kvSqlStatement kvParameterizedSql::UpdateStatement(const QString &table, int dia
         bound << int(values.ImageID);
     }
     bound << values.DateID;
-    return {QStringLiteral("UPDATE ") + table + QStringLiteral(" SET ")
+    return {QStringLiteral("UPDATE ") + table.Qualified() + QStringLiteral(" SET ")
                 + assignments.join(QStringLiteral(", ")) + QStringLiteral(" WHERE DateID = ?"),
             bound};
 }
 
-kvSqlStatement kvParameterizedSql::DeleteStatement(const QString &table, qint32 dateId)
+kvSqlStatement kvParameterizedSql::DeleteStatement(const kvTableName &table, qint32 dateId)
 {
-    RequirePlainIdentifier(table);
-    return {QStringLiteral("DELETE FROM ") + table + QStringLiteral(" WHERE DateID = ?"), {dateId}};
+    return {QStringLiteral("DELETE FROM ") + table.Qualified() + QStringLiteral(" WHERE DateID = ?"), {dateId}};
 }
 
-kvSqlStatement kvParameterizedSql::SearchQuery(const QString &table, const char *comparison,
+kvSqlStatement kvParameterizedSql::SearchQuery(const kvTableName &table, const char *comparison,
                                                const char *order, const QVariant &boundary)
 {
-    RequirePlainIdentifier(table);
-    const QString &t = table;
+    const QString t = table.Table();
     const QString text = QStringLiteral("SELECT ") + t + QStringLiteral(".DateBegin AS NextDate From ")
-                         + t + QStringLiteral(" Where (((") + t + QStringLiteral(".DateBegin) ")
+                         + table.Qualified() + QStringLiteral(" Where (((") + t + QStringLiteral(".DateBegin) ")
                          + QString::fromLatin1(comparison) + QStringLiteral(" ?)) ORDER BY ") + t
                          + QStringLiteral(".DateBegin ") + QString::fromLatin1(order);
     return {text, {boundary}};

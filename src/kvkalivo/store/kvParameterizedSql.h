@@ -4,6 +4,7 @@
 #include "kvDate.h"
 #include "kvOptionalColumns.h"
 #include "kvSqlStatement.h"
+#include "kvTableName.h"
 #include "kvkalivo_export.h"
 
 #include <QString>
@@ -20,7 +21,8 @@
     queries they are bound as the text the literal holds on SQLite and MariaDB/MySQL, so that
     the comparisons are the literal's whatever text form the rows hold, and as a date-time
     value elsewhere; UPDATE binds them as dates, which the data layer stores as the
-    recordset's insert does. The table name cannot be bound: it must be a plain identifier.
+    recordset's insert does. The table name cannot be bound: it is one name (kvTableName),
+    written as the engine quotes it.
 */
 class KVKALIVO_EXPORT kvParameterizedSql
 {
@@ -31,43 +33,38 @@ public:
     //! From a Qt SQL driver name: QSQLITE, QMYSQL/QMARIADB, anything else (QODBC...).
     static Engine EngineOf(const QString &driverName);
 
-    //! Letters, digits and "_", not starting with a digit; nothing that needs quoting.
-    static bool IsPlainIdentifier(const QString &name);
-    //! Throws kvRuntimeError 5 with a German explanation unless IsPlainIdentifier(\a table).
-    static void RequirePlainIdentifier(const QString &table);
-
     //! A date compared in a query: what the dialect's literal says (see the class comment).
     static QVariant BoundDate(const kvDate &date, int dialect, Engine engine);
     //! A date written by UPDATE: the date at the literal's precision, stored by the data layer
     //! the way InsertAppointment's recordset stores it.
     static QVariant WrittenDate(const kvDate &date, int dialect);
 
-    // Each of these throws like RequirePlainIdentifier for a table name that is not plain.
-    static kvSqlStatement DayQuery(const QString &table, const kvDate &day, int dialect, Engine engine);
+    // The table is a kvTableName: its columns are qualified by its own name, quoted as it needs.
+    static kvSqlStatement DayQuery(const kvTableName &table, const kvDate &day, int dialect, Engine engine);
     /*!
         DayQuery's rows, found through a range of the DateBegin index: no row that the day
         query returns begins before \a beginFloor (see EarliestOverlapQuery).
     */
-    static kvSqlStatement DayQuery(const QString &table, const kvDate &day, const kvDate &beginFloor,
+    static kvSqlStatement DayQuery(const kvTableName &table, const kvDate &day, const kvDate &beginFloor,
                                    int dialect, Engine engine);
     /*!
         The earliest DateBegin ("EarliestBegin", NULL for none) of the appointments that began
         before \a from and last until \a from or later: for every day from \a from on, an
         appointment that touches it begins on that day, after \a from, or not before this.
     */
-    static kvSqlStatement EarliestOverlapQuery(const QString &table, const kvDate &from, int dialect,
+    static kvSqlStatement EarliestOverlapQuery(const kvTableName &table, const kvDate &from, int dialect,
                                                Engine engine);
-    static kvSqlStatement NextQuery(const QString &table, const kvDate &lastDisplayedDay,
+    static kvSqlStatement NextQuery(const kvTableName &table, const kvDate &lastDisplayedDay,
                                     int dialect, Engine engine);
-    static kvSqlStatement PreviousQuery(const QString &table, const kvDate &firstDisplayedDay,
+    static kvSqlStatement PreviousQuery(const kvTableName &table, const kvDate &firstDisplayedDay,
                                         int dialect, Engine engine);
-    static kvSqlStatement UpdateStatement(const QString &table, int dialect,
+    static kvSqlStatement UpdateStatement(const kvTableName &table, int dialect,
                                           const kvAppointmentValues &values,
                                           const kvOptionalColumns &columns);
-    static kvSqlStatement DeleteStatement(const QString &table, qint32 dateId);
+    static kvSqlStatement DeleteStatement(const kvTableName &table, qint32 dateId);
 
 private:
     static kvDate AtPrecision(const kvDate &date, int dialect);
-    static kvSqlStatement SearchQuery(const QString &table, const char *comparison,
+    static kvSqlStatement SearchQuery(const kvTableName &table, const char *comparison,
                                       const char *order, const QVariant &boundary);
 };

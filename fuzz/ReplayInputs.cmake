@@ -1,0 +1,16 @@
+# Runs the libFuzzer program FUZZER once over every file in the folders INPUTS.
+set(files "")
+foreach(folder IN LISTS INPUTS)
+  file(GLOB found "${folder}/*")
+  list(FILTER found EXCLUDE REGEX "/\\.[^/]*$")   # .gitkeep keeps an empty folder, it is no input
+  list(APPEND files ${found})
+endforeach()
+if(NOT files)
+  message(FATAL_ERROR "no inputs in ${INPUTS}")
+endif()
+execute_process(COMMAND "${FUZZER}" -runs=1 ${files} RESULT_VARIABLE result)
+if(NOT result EQUAL 0)
+  message(FATAL_ERROR "${FUZZER} failed (${result}) on one of its inputs")
+endif()
+list(LENGTH files count)
+message("${count} inputs replayed")

@@ -1,0 +1,36 @@
+// Format, CDate and IsDate on any text: IsDate says what CDate reads, CDate reads only Dates
+// of the Date range, and reads back a date Format wrote as "General Date".
+#include "kvDate.h"
+#include "kvFormat.h"
+#include "kvFuzzSupport.h"
+
+namespace {
+
+void checkReading(const QString &text, const QLocale &locale)
+{
+    const std::optional<kvDate> read = CDate(text, locale);
+    kvFuzzCheck(IsDate(text, locale) == read.has_value(), "IsDate agrees with CDate", text);
+    if (read) {
+        kvFuzzCheck(kvDate::isInRange(read->days()), "CDate reads only Dates of the range", text);
+        Format(*read, text, locale);
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+{
+    kvFuzzInput input(data, size);
+    const kvDate date = kvDate::fromDays(input.number<double>());
+    const QString pattern = QString::fromUtf8(input.rest());
+    const QLocale german = kvDefaultLocale();
+    Format(date, pattern, german);
+    Format(date, pattern, QLocale(QLocale::English, QLocale::UnitedStates));
+    checkReading(pattern, german);
+    checkReading(pattern, QLocale(QLocale::English, QLocale::UnitedStates));
+
+    const QString general = Format(date, QStringLiteral("General Date"), german);
+    const std::optional<kvDate> back = CDate(general, german);
+    kvFuzzCheck(back && *back == date, "CDate reads back Format's General Date", general);
+    return 0;
+}
