@@ -6,6 +6,7 @@
 #include <QSaveFile>
 #include <QTextStream>
 #include <QWidget>
+#include <QWindow>
 
 namespace {
 
@@ -44,7 +45,9 @@ QString DemoAccessibilityDump::Dump()
     QString text;
     QTextStream out(&text);
     for (QWidget *window : QApplication::topLevelWidgets()) {
-        if (!window->isVisible())
+        // Only what is on the screen: a window that is shown but not yet mapped by the window
+        // manager would take no click.
+        if (!window->isVisible() || !window->windowHandle() || !window->windowHandle()->isExposed())
             continue;
         QAccessibleInterface *top = QAccessible::queryAccessibleInterface(window);
         DumpTree(top, oneLine(top ? top->text(QAccessible::Name) : QString()), out, 0);
