@@ -1,8 +1,8 @@
 #include "DemoAccessibilityDump.h"
+#include "DemoClock.h"
 #include "DemoDatabase.h"
 #include "DemoWindow.h"
 
-#include "kvFixedClock.h"
 #include "kvPlatform.h"
 
 #include <QApplication>
@@ -123,9 +123,9 @@ int main(int argc, char *argv[])
 
     // A screenshot must not depend on the day it is made nor on earlier runs: with --date
     // that day is "today" (the control's today mark), and the control starts fresh.
-    kvFixedClock fixedClock(kvDate::fromDate(options.sampleAnchor, QTime(12, 0)));
+    DemoClock screenshotClock(kvDate::fromDate(options.sampleAnchor, QTime(12, 0)));
     if (screenshot && options.date.isValid())
-        kvPlatform::setClock(&fixedClock);
+        kvPlatform::setClock(&screenshotClock);
 
     QSettings settings;
     int result = 0;

@@ -31,7 +31,7 @@ class kvPropertyBag;
     destructor as code 100 (Part 1.3); Entries() is the exception: like VB's Collection it
     throws kvRuntimeError 5 for an unknown index, and its caller's error handling reports it.
 */
-class KVKALIVO_EXPORT ctlDay : public QWidget
+class KVKALIVO_TESTS_EXPORT ctlDay : public QWidget
 {
     Q_OBJECT
     Q_PROPERTY(uint BackColor READ BackColor WRITE setBackColor)

@@ -27,7 +27,7 @@ class kvPropertyBag;
     to the cell's own font. The shortened caption and the overflow text are worked out when
     first read or painted, so a row that is never shown is never measured.
 */
-class KVKALIVO_EXPORT ctlEntry : public QObject
+class KVKALIVO_TESTS_EXPORT ctlEntry : public QObject
 {
     Q_OBJECT
     Q_PROPERTY(uint BackColor READ BackColor WRITE setBackColor)

@@ -16,7 +16,7 @@
     and draws them. Paint() throws kvRuntimeError 6 when its 16-bit arithmetic overflows;
     the caller reports it.
 */
-class KVKALIVO_EXPORT ctlKW : public QWidget
+class KVKALIVO_TESTS_EXPORT ctlKW : public QWidget
 {
     Q_OBJECT
     Q_PROPERTY(qint32 Sectionheight READ Sectionheight WRITE setSectionheight)

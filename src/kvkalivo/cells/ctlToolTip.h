@@ -18,7 +18,7 @@ class QLabel;
 
     The control keeps one hidden instance and passes its ToolTipBackColor1/2 through.
 */
-class KVKALIVO_EXPORT ctlToolTip : public QFrame
+class KVKALIVO_TESTS_EXPORT ctlToolTip : public QFrame
 {
     Q_OBJECT
     Q_PROPERTY(QString Time READ Time WRITE setTime)

@@ -24,7 +24,7 @@ class QPainter;
     ("47. KW") left of each row and the footnote at the foot. Sizes are in millimetres and
     points, so the page looks the same on every device resolution.
 */
-class KVKALIVO_EXPORT kvCalendarPage
+class KVKALIVO_TESTS_EXPORT kvCalendarPage
 {
 public:
     //! One appointment line: the row's shown time ("" all day, "<--" continued) and name.

@@ -36,7 +36,7 @@ class kvAppointmentStore;
     printer.Print(this);   // false: the user cancelled
     \endcode
 */
-class KVKALIVO_EXPORT kvCalendarPrinter
+class KVKALIVO_TESTS_EXPORT kvCalendarPrinter
 {
 public:
     //! Fills \a cell, already Init-ed with \a day, with the day's appointments (AddDate).

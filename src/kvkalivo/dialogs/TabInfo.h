@@ -9,7 +9,7 @@
 
     The spelling "Sroll" of two properties is the spec's and is kept.
 */
-class KVKALIVO_EXPORT TabInfo
+class KVKALIVO_TESTS_EXPORT TabInfo
 {
 public:
     //! Rows of the tab's category: (size - 1) \ 5 + 1.

@@ -31,7 +31,7 @@ class QStatusBar;
     touches the database. Every named control of the spec is a child with that objectName;
     the ImageID of the shown icon is the "Tag" property of \c ImgIcon as decimal text.
 */
-class KVKALIVO_EXPORT frmEdit : public QDialog
+class KVKALIVO_TESTS_EXPORT frmEdit : public QDialog
 {
     Q_OBJECT
 

@@ -33,7 +33,7 @@ class QTabBar;
     and the picture controls that are left without a picture at the end of the list are
     shown empty and disabled, so that they cannot be chosen.
 */
-class KVKALIVO_EXPORT frmPicSelector : public QDialog
+class KVKALIVO_TESTS_EXPORT frmPicSelector : public QDialog
 {
     Q_OBJECT
 

@@ -22,7 +22,7 @@
     \a year is an astronomical year: 0 is 1 BC and -5 is 6 BC. QDate has no year 0 and
     counts BC years from -1, so for years <= 0 the returned date's year() is \a year - 1.
 */
-KVKALIVO_EXPORT kvDate GetEasterSunday(qint16 year);
+KVKALIVO_TESTS_EXPORT kvDate GetEasterSunday(qint16 year);
 
 /*!
     \brief The trimmed name of the public or commemorative day \a date falls on, or empty text.
@@ -32,9 +32,9 @@ KVKALIVO_EXPORT kvDate GetEasterSunday(qint16 year);
     "Hl. Abend"). A date whose year does not fit a 16-bit integer carries no name relative
     to Easter, as GetEasterSunday cannot be asked for that year.
 */
-KVKALIVO_EXPORT QString GetPublicHolidayName(const kvDate &date);
+KVKALIVO_TESTS_EXPORT QString GetPublicHolidayName(const kvDate &date);
 /*!
     \overload
     An invalid \a date has no name.
 */
-KVKALIVO_EXPORT QString GetPublicHolidayName(QDate date);
+KVKALIVO_TESTS_EXPORT QString GetPublicHolidayName(QDate date);

@@ -32,7 +32,7 @@ class kvFields;
     searches return nothing on failure; the writers hand their failure to the reporter
     (800 insert, 600 update, 700 delete) and never throw.
 */
-class KVKALIVO_EXPORT kvAppointmentStore : public QObject
+class KVKALIVO_TESTS_EXPORT kvAppointmentStore : public QObject
 {
     Q_OBJECT
 

@@ -13,7 +13,7 @@
     does not convert is error 13 ("Typen unverträglich"), a number out of range error 6
     ("Überlauf"), as when VB passed rs!Field to a typed parameter.
 */
-class KVKALIVO_EXPORT kvFieldConversion
+class KVKALIVO_TESTS_EXPORT kvFieldConversion
 {
 public:
     static bool IsNull(const QVariant &value);

@@ -24,7 +24,7 @@
     recordset's insert does. The table name cannot be bound: it is one name (kvTableName),
     written as the engine quotes it.
 */
-class KVKALIVO_EXPORT kvParameterizedSql
+class KVKALIVO_TESTS_EXPORT kvParameterizedSql
 {
 public:
     //! How the engine behind a connection wants a date value bound.

@@ -16,7 +16,7 @@
     Pure functions: no database is touched. The table name is inserted verbatim and text
     values are not escaped (Part 2.3 requires it); kvParameterizedSql is the safe counterpart.
 */
-class KVKALIVO_EXPORT kvSqlTexts
+class KVKALIVO_TESTS_EXPORT kvSqlTexts
 {
 public:
     //! enDbDateFormat's values; DatabaseDialect is one of 1, 2, 3.

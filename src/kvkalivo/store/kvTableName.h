@@ -16,7 +16,7 @@
     "…" for SQLite and other ODBC sources, `…` for MySQL and MariaDB, […] for SQL Server and
     Access. Anything else, several statements above all, is refused with error 5.
 */
-class KVKALIVO_EXPORT kvTableName
+class KVKALIVO_TESTS_EXPORT kvTableName
 {
 public:
     //! The number of the error a refused name raises (VB's "invalid procedure call").

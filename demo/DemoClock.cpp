@@ -1,0 +1,6 @@
+#include "DemoClock.h"
+
+kvDate DemoClock::Now() const
+{
+    return m_now;
+}

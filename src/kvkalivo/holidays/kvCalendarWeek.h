@@ -1,0 +1,24 @@
+#pragma once
+
+#include "kvDate.h"
+#include "kvkalivo_export.h"
+
+#include <QDate>
+
+/*!
+    \file kvCalendarWeek.h
+    \brief GetCalendarWeek(): the calendar week of the status bar, the week column and the printout.
+*/
+
+/*!
+    \brief The ISO 8601 calendar week of \a date, computed by the spec's five steps (Part 1.2).
+
+    The one function behind the status bar's "N. KW", the grid's week column and the
+    printout. The time of day is ignored. Returns 1 to 53, or 0 for an invalid date.
+*/
+KVKALIVO_TESTS_EXPORT int GetCalendarWeek(const kvDate &date);
+/*!
+    \overload
+    The calendar week of \a date; 0 for an invalid QDate.
+*/
+KVKALIVO_TESTS_EXPORT int GetCalendarWeek(QDate date);
