@@ -1,7 +1,5 @@
 #pragma once
 
-#include "kvkalivo_export.h"
-
 #include <QObject>
 
 /*!
@@ -18,7 +16,7 @@
     kvSystemFileDialog, kvSystemPrinterService) call PrepareToOpen() just before they show
     their window; a host that installs its own service should do the same.
 */
-class KVKALIVO_TESTS_EXPORT kvModalWindows : public QObject
+class kvModalWindows : public QObject
 {
     Q_OBJECT
 
