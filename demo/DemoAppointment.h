@@ -4,7 +4,7 @@
 #include <QString>
 #include <QtGlobal>
 
-//! One appointment as the control's host events hand it over (Part 2.3's working values).
+//! One appointment as the control's host events hand it over (the values the edit flow works on).
 struct DemoAppointment
 {
     qint32 dateId = 0;

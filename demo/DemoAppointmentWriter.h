@@ -8,7 +8,7 @@ class kvConnection;
 
 /*!
     How the demo host writes an appointment itself when the control announces a change through
-    DateNew, DateChange or DateDelete instead of writing it (RaiseDatabaseEvents, Part 2.3).
+    DateNew, DateChange or DateDelete instead of writing it (RaiseDatabaseEvents).
 
     Every value is bound as a parameter; the optional columns Remark, Document and ImageID are
     written only where the table has them. Failures throw kvRuntimeError with the database's

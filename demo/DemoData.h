@@ -29,7 +29,7 @@ public:
         QDate beginDate;
         QTime beginTime;
         QDate endDate;     // an all-day appointment: 00:00 of its first day to 00:00 of its
-        QTime endTime;     // last day, as the control's editor writes it (Part 5.1)
+        QTime endTime;     // last day, as the control's editor writes it
         QString name;
         QString remark;
         QString document;  // a file name in the document folder, or empty

@@ -248,7 +248,7 @@ void DemoEventPanel::OnEdit(qint32 &dateId, QDateTime &begin, QDateTime &end, QS
                             QString &remark, qint16 &imageId, QString &document, qint16 &action,
                             bool &bCancel)
 {
-    // The control shows no editor and writes nothing after Edit (Part 2.3): a real host would
+    // The control shows no editor and writes nothing after Edit: a real host would
     // open its own editor here and write the result itself.
     bCancel = m_cancel->isChecked();
     DemoHostEvent event = DemoHostEvent::Edit({dateId, begin, end, name, remark, document, imageId}, action,

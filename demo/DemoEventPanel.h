@@ -19,9 +19,9 @@ class kvError;
 class kvKalivo;
 
 /*!
-    The demo's "Ereignisse" panel: it handles the host events of the control (Part 2.3's
-    DateNew, DateChange, DateDelete and Edit, Part 1.3's Error, and PropertyChanged) the way a
-    host does and lists them as they arrive, with their arguments, newest at the bottom.
+    The demo's "Ereignisse" panel: it handles the host events of the control (DateNew,
+    DateChange, DateDelete, Edit, Error and PropertyChanged) the way a host does and lists them
+    as they arrive, with their arguments, newest at the bottom.
 
     Its check boxes switch the control's RaiseDatabaseEvents, RaiseEditEvent and
     RaiseErrorEvent (both ways), and whether the host answers with bCancel = True. With

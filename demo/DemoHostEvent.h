@@ -10,7 +10,7 @@
 
 /*!
     One event the control raised to the demo host, as the event panel lists it: the event's
-    name, when it arrived, its arguments in the order of the specification (with the values
+    name, when it arrived, its arguments in the order of the control's signal (with the values
     they had when the host's handler returned) and what the host did with it.
 */
 class DemoHostEvent
@@ -22,12 +22,12 @@ public:
 
     DemoHostEvent(const QString &name, QList<Argument> arguments);
 
-    // The events of Part 2.3, arguments as the control's signals pass them.
+    // The write and edit events, arguments as the control's signals pass them.
     static DemoHostEvent DateNew(const DemoAppointment &appointment, bool cancel);
     static DemoHostEvent DateChange(const DemoAppointment &appointment, bool cancel);
     static DemoHostEvent DateDelete(const DemoAppointment &appointment, bool cancel);
     static DemoHostEvent Edit(const DemoAppointment &appointment, qint16 action, bool cancel);
-    //! Part 1.3.
+    //! The control's Error event: its numbered code and description.
     static DemoHostEvent Error(qint16 number, const QString &description);
     static DemoHostEvent PropertyChanged(const QString &propertyName);
 

@@ -7,7 +7,7 @@
     \brief The Qt Designer plugin of kvKalivo: puts the control into Designer's widget box.
 
     Inside Designer (after initialize()) every control it creates is in design mode
-    (UserMode false): the grid without dates or appointments, as on a VB form at design time.
+    (UserMode false): the grid without dates or appointments.
     QUiLoader loads the same plugin but never initializes it, so forms loaded at run time get
     run-mode controls.
 */

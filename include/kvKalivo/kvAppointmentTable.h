@@ -13,7 +13,7 @@ class kvConnection;
 */
 
 /*!
-    \brief Creates the appointment table of Part 2.2 for the connected engine.
+    \brief Creates the appointment table for the connected engine.
 
     Columns DateID (key filled by the database), DateBegin, DateEnd, Name and, with
     \a withOptionalColumns, Remark, Document and ImageID; plus one index on DateBegin and one

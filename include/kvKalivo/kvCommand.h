@@ -16,7 +16,7 @@
     \brief ADO's Command: ActiveConnection, CommandType, CommandText, Parameters, Execute.
 
     Parameters() are positional values for the "?" markers of CommandText; when empty the
-    text runs as it is. A Command is a source for kvRecordset::Open, as in Part 2.2.
+    text runs as it is. A Command is a source for kvRecordset::Open, as the per-day query uses it.
 */
 class KVKALIVO_EXPORT kvCommand
 {

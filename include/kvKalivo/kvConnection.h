@@ -22,8 +22,8 @@ class QSqlQuery;
     Close, Execute.
 
     Open() takes the ADO connection strings a host already has (see kvDataSource for the
-    forms) and keeps ConnectionString exactly as given, so that the dialect detection of
-    Part 2.1 reads what the host wrote. Each connection opened here has a QSqlDatabase
+    forms) and keeps ConnectionString exactly as given, so that kvKalivo's dialect detection
+    reads what the host wrote. Each connection opened here has a QSqlDatabase
     connection of its own, named uniquely and removed again on Close and destruction.
     Wrap() instead adopts a host's own QSqlDatabase: it is used as it is, its Provider and
     ConnectionString are derived from its driver, and Close() only lets go of it (the host
@@ -50,14 +50,14 @@ class KVKALIVO_EXPORT kvConnection : public QObject
     Q_OBJECT
     /*!
         The ADO connection string exactly as the host wrote it (see kvDataSource for the
-        forms understood); for a wrapped QSqlDatabase, one derived from its driver. Part 2.1's
+        forms understood); for a wrapped QSqlDatabase, one derived from its driver. kvKalivo's
         dialect detection reads it: "SQL SERVER" or "SQLOLEDB" in it means SQL Server.
     */
     Q_PROPERTY(QString ConnectionString READ ConnectionString WRITE setConnectionString)
     /*!
         ADO's Provider: the Provider element as written ("Microsoft.Jet.OLEDB.4.0",
         "SQLOLEDB", …), "MSDASQL" for ODBC-style Driver= strings, "SQLite3" for SQLite.
-        Part 2.1 takes "Microsoft.Jet.OLEDB" in it for Access.
+        kvKalivo's dialect detection takes "Microsoft.Jet.OLEDB" in it for Access.
     */
     Q_PROPERTY(QString Provider READ Provider)
     //! ADO's State: adStateOpen (1) while open, adStateClosed (0) otherwise.

@@ -11,11 +11,11 @@
 
 /*!
     \file kvDate.h
-    \brief kvDate, the spec's naive wall-clock Date (days since 1899-12-30).
+    \brief kvDate, the control's naive wall-clock Date (days since 1899-12-30).
 */
 
 /*!
-    \brief The spec's Date: a naive wall-clock value, days since 30 December 1899.
+    \brief The control's Date: a naive wall-clock value, days since 30 December 1899.
 
     The whole part is the day, the fraction the time of day, exactly as an OLE Automation
     date. There is no time zone and no daylight-saving shift: 02:30 on the night the clocks
@@ -43,7 +43,8 @@ public:
     static kvDate fromDate(QDate date, QTime time = QTime(0, 0));
     //! Takes the wall-clock date and time of \a dateTime as they read; its zone is ignored.
     static kvDate fromDateTime(const QDateTime &dateTime);
-    //! VB's DateSerial: months and days outside their range roll over (day 0 is the last of the previous month).
+    //! A date from its parts; months and days outside their range roll over (day 0 is the
+    //! last of the previous month).
     static kvDate DateSerial(int year, int month, int day);
 
     //! The OLE Automation value: days since 1899-12-30, the fraction the time of day.
@@ -69,9 +70,9 @@ public:
     int hour() const { return secondsOfDay() / 3600; }      //!< 0 to 23
     int minute() const { return secondsOfDay() / 60 % 60; } //!< 0 to 59
     int second() const { return secondsOfDay() % 60; }      //!< 0 to 59
-    //! Monday = 1 .. Sunday = 7, the numbering every rule of the spec uses.
+    //! Monday = 1 .. Sunday = 7, the numbering the control's rules use.
     int weekdayFromMonday() const;
-    //! Sunday = 1 .. Saturday = 7, VB's default Weekday().
+    //! Sunday = 1 .. Saturday = 7, as Format's "w" pattern numbers the weekdays.
     int weekdayFromSunday() const;
 
     //! \a days later (earlier when negative), same time of day.

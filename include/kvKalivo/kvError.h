@@ -11,7 +11,7 @@
 */
 
 /*!
-    \brief The error object handed to the host with the \c Error event (Part 1.3).
+    \brief The error object handed to the host with the \c Error event.
 
     One instance exists per thread. Every report overwrites both properties of that same
     instance before the event is raised, so a host that keeps a reference sees it change.
@@ -23,12 +23,12 @@ class KVKALIVO_EXPORT kvError : public QObject
 {
     Q_OBJECT
     /*!
-        Text of the underlying failure: the database engine's own message, a German VB run-time
-        text such as "Überlauf", or empty for FillGrid's pending code.
+        Text of the underlying failure: the database engine's own message, the German text
+        of a run-time error such as "Überlauf", or empty for FillGrid's pending code.
     */
     Q_PROPERTY(QString Description READ Description WRITE setDescription)
     /*!
-        The control's error code from Part 1.3's table: a fixed code (100 to 1000) or a base
+        The control's numbered error code: a fixed code (100 to 1000) or a base
         plus the step that failed (900 to 910, 1100 to 1107, 13 to 20, 14 to 19, 1500 + step).
         0 until the first report.
     */
@@ -43,14 +43,14 @@ public:
     //! Sets the #Description; the control does so before every \c Error signal.
     void setDescription(const QString &description) { m_description = description; }
 
-    //! The control's error code (Part 1.3's table).
+    //! The control's numbered error code.
     qint16 Number() const { return m_number; }
     //! Sets the #Number; the control does so before every \c Error signal.
     void setNumber(qint16 number) { m_number = number; }
 
     //! The thread's current instance (created on first use).
     static kvError &ThreadInstance();
-    //! Creates a new instance for this thread and makes it the current one (Part 1.1, Initialize step 1).
+    //! Makes a new instance this thread's current one; every new kvKalivo does so first.
     static kvError &ReplaceThreadInstance();
 
 private:

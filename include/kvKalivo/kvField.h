@@ -35,12 +35,12 @@ public:
     QVariant Value() const;
     //! Whether Value() is Null. Throws 3021 at EOF.
     bool IsNull() const;
-    //! Value() as a date, like VB's CDate on a field: see ToDate().
+    //! Value() as a date: see ToDate().
     kvDate DateValue() const { return ToDate(Value()); }
 
     /*!
-        Any date-like value as the spec's Date, without a time-zone shift: kvDate; QDateTime
-        and QDate (their wall-clock date and time as they read, whatever their time spec);
+        Any date-like value as a kvDate, without a time-zone shift: kvDate; QDateTime
+        and QDate (their wall-clock date and time as they read, whatever their time zone);
         ISO text "yyyy-mm-dd[ hh:nn[:ss[.fff]]]" (also with "T", a zone suffix is ignored) or
         text CDate reads; a number of OLE days. Only Dates from 100-01-01 to 9999-12-31 are
         read: throws kvRuntimeError 94 for Null and 13 for anything else, a value outside

@@ -16,7 +16,7 @@
 
     Names are looked up case-insensitively; an unknown name or an index out of range throws
     kvRuntimeError 3265. The names are there even without a current record (EOF), so that
-    the column probe of Part 2.1 works on an empty table.
+    the column probe works on an empty table.
 */
 class KVKALIVO_EXPORT kvFields
 {
@@ -32,9 +32,9 @@ public:
     kvField Item(int index) const;
     //! The field called \a name (case-insensitive); throws 3265 when there is none.
     kvField Item(const QString &name) const;
-    //! Item(\a name), as VB's rs.Fields("Name").
+    //! Item(\a name): fields["Name"].
     kvField operator[](const QString &name) const { return Item(name); }
-    //! Item(\a index), as VB's rs.Fields(0).
+    //! Item(\a index): fields[0].
     kvField operator[](int index) const { return Item(index); }
 
     //! The index of \a name (case-insensitive), or -1.

@@ -11,10 +11,10 @@
 */
 
 /*!
-    \brief Part 3.1's arithmetic of the grid arrangement: margins, cell sizes and the place of
+    \brief The arithmetic of the grid arrangement: margins, cell sizes and the place of
     every cell, caption and the week column, for one size and set of layout properties.
 
-    All derived values are the spec's 16-bit integers: a control too large for them throws
+    All derived values are 16-bit integers: a control too large for them throws
     kvRuntimeError 6 ("Überlauf"), which ArrangeGrid reports with its step code.
 */
 class KVKALIVO_TESTS_EXPORT kvGridGeometry
@@ -39,7 +39,7 @@ public:
     //! Width of the week column and of the corner above it, pixels.
     static constexpr int CornerWidth = 14;
 
-    //! The steps Part 1.3 numbers: 2 derived values, 3 cell width, 4 cell height, 6 cells.
+    //! ArrangeGrid's step numbers: 2 derived values, 3 cell width, 4 cell height, 6 cells.
     enum Step {
         DerivedValues = 2,  //!< margin, week-column width, columns and rows
         CellWidthStep = 3,  //!< the cell width

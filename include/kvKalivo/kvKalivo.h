@@ -39,19 +39,19 @@ class kvPropertyBag;
     \brief kvKalivo, the appointment-calendar control ("Terminkalendar Steuerelement").
 
     A host places it on a form, hands it an open connection and a table name, and gets
-    week and month grids of days with their appointments. Construction runs the spec's
-    Initialize and then InitProperties (a fresh control); a host with saved settings calls
+    week and month grids of days with their appointments. Construction initializes the
+    control and applies InitProperties() (a fresh control); a host with saved settings calls
     ReadProperties() afterwards, and WriteProperties() whenever it saves.
 
-    Property names, defaults and setter effects follow Part 1.1 of the specification.
+    Property names are also the keys under which the settings are persisted.
     Colours are OLE_COLOR values (see kvOleColor): 0x00BBGGRR, or 0x80000000 + n for a
     system colour.
 
-    The child controls carry the spec's names as objectName ("ToolbarMain" with the actions
+    The child controls carry fixed names as objectName ("ToolbarMain" with the actions
     "Week", "Month", "Back", "Forward", "Print", "Previous", "Next", "Today", "New";
     "StatusBar", "DTPicker1", "lblMonat", "TimerTooltip", …), so a host can reach them with
     findChild(). Failures never leave the control as exceptions: they are reported with a
-    numbered code (Part 1.3; see #RaiseErrorEvent and Error()).
+    numbered code (see #RaiseErrorEvent and Error()).
 */
 class KVKALIVO_EXPORT kvKalivo : public QWidget
 {
@@ -60,7 +60,7 @@ class KVKALIVO_EXPORT kvKalivo : public QWidget
     /*!
         kvWeek (default) shows one row of seven days, Monday to Sunday, around #ActualDate;
         kvMonth six rows, the 42 days from the Monday on or before the 1st of ActualDate's
-        month. Persisted as "View". Part 1.1; the grid is Part 3.1.
+        month. Persisted as "View".
     */
     Q_PROPERTY(kvView View READ View WRITE setView)
     /*!
@@ -105,17 +105,17 @@ class KVKALIVO_EXPORT kvKalivo : public QWidget
     */
     Q_PROPERTY(QDate ActualDate READ ActualDate WRITE setActualDate)
     /*!
-        The host's open database connection (Part 2.1): not owned, null until set and once
+        The host's open database connection: not owned, null until set and once
         the connection is deleted, never persisted. Setting it chooses the SQL dialect
         (#DbDateFormat), enables "Next", "Previous" and "New" when the connection is open,
         and probes the optional columns of #RecordSource, so set RecordSource first. A
-        failure is reported (Part 1.3) with the data layer's ADO number (3709 when that does
+        failure is reported with the data layer's ADO number (3709 when that does
         not fit 16 bits) and the engine's message.
     */
     Q_PROPERTY(kvConnection *Connection READ Connection WRITE setConnection STORED false DESIGNABLE false)
     /*!
         Name of the appointment table: columns DateID, DateBegin, DateEnd, Name and,
-        optionally, Remark, Document and ImageID (Part 2.2; kvAppointmentTable creates it).
+        optionally, Remark, Document and ImageID (kvAppointmentTable creates it).
         Used verbatim in the SQL texts. Setting it reloads nothing. Persisted as "RecordSource".
     */
     Q_PROPERTY(QString RecordSource READ RecordSource WRITE setRecordSource)
@@ -136,19 +136,19 @@ class KVKALIVO_EXPORT kvKalivo : public QWidget
     /*!
         True: new, changed and deleted appointments are not written by the control but
         announced through DateNew(), DateChange() and DateDelete() (without the delete
-        question), and the host writes them. Default False. Persisted. Part 2.3.
+        question), and the host writes them. Default False. Persisted.
     */
     Q_PROPERTY(bool RaiseDatabaseEvents READ RaiseDatabaseEvents WRITE setRaiseDatabaseEvents)
     /*!
         True: the cells and the printout name the German public and commemorative days
-        ("Neujahrstag", "Ostermontag", "Totensonntag", …; Part 4.1) with a red, bold day
+        ("Neujahrstag", "Ostermontag", "Totensonntag", …) with a red, bold day
         number. Default False. Persisted as "PublicHoliday".
     */
     Q_PROPERTY(bool PublicHoliday READ PublicHoliday WRITE setPublicHoliday)
     /*!
         True: creating or editing an appointment emits Edit() instead of opening the editor
         dialog, and the host edits and writes. Deleting is not affected. Default False.
-        Persisted. Part 2.3.
+        Persisted.
     */
     Q_PROPERTY(bool RaiseEditEvent READ RaiseEditEvent WRITE setRaiseEditEvent)
     //! Text at the foot of every printout (PrintCalendar()), up to two lines. Persisted.
@@ -156,23 +156,23 @@ class KVKALIVO_EXPORT kvKalivo : public QWidget
     /*!
         False (default): a failure shows a message box titled "kvKalivo.ocx" with
         "kvKalivo-Fehlercode N" and the description; True: it emits Error() instead.
-        Thread-wide (every control of the thread), not persisted. Part 1.3.
+        Thread-wide (every control of the thread), not persisted.
     */
     Q_PROPERTY(bool RaiseErrorEvent READ RaiseErrorEvent WRITE setRaiseErrorEvent STORED false DESIGNABLE false)
     /*!
         Folder of the appointment icons for the icon picker, files named by their ImageID
         ("11.ico"); a folder without icons gives the built-in set. The picker is
-        thread-wide; not persisted. Part 5.2.
+        thread-wide; not persisted.
     */
     Q_PROPERTY(QString IconPath READ IconPath WRITE setIconPath STORED false DESIGNABLE false)
     /*!
-        How dates are written into SQL (Part 2.1): kvAuto (default) detects the dialect from
+        How dates are written into SQL: kvAuto (default) detects the dialect from
         the connection, the other values force one. Takes effect when #Connection is next
         set. Persisted as "DbDateFormat".
     */
     Q_PROPERTY(enDbDateFormat DbDateFormat READ DbDateFormat WRITE setDbDateFormat)
     /*!
-        Extension: False (default) sends the classic SQL texts exactly (values concatenated
+        Extension: False (default) sends the plain SQL texts exactly (values concatenated
         into the text, unescaped, RecordSource as it stands); True binds every value as a
         parameter and writes SQL the connected engine accepts, so apostrophes and injected SQL
         are stored as typed. RecordSource is then one table name, bare or quoted ([…], "…" or
@@ -187,25 +187,25 @@ class KVKALIVO_EXPORT kvKalivo : public QWidget
     Q_PROPERTY(bool UserMode READ UserMode WRITE setUserMode STORED false DESIGNABLE false)
 
 public:
-    //! The views of #View (fixed values, Part 1.1).
+    //! The views of #View; the values are fixed (persisted settings hold them).
     enum kvView : qint16 {
         kvWeek = 1,  //!< one week, Monday to Sunday, in one row
         kvMonth = 2  //!< six weeks from the Monday on or before the 1st
     };
     Q_ENUM(kvView)
-    //! The cell borders of #BorderStyle (fixed values, Part 1.1).
+    //! The cell borders of #BorderStyle; the values are fixed.
     enum enBorderStyle : qint16 {
         kvNone = 0,       //!< no cell border, a 1-pixel margin round the grid
         kvFixedSingle = 1 //!< a single-line border round each cell, no margin
     };
     Q_ENUM(enBorderStyle)
-    //! The weekend layouts of #WeekendColumns (fixed values, Part 1.1).
+    //! The weekend layouts of #WeekendColumns; the values are fixed.
     enum enWeekendColumns : qint16 {
         kvOne = 1, //!< Saturday above Sunday in one column, captioned "Sa-So"
         kvTwo = 2  //!< a column for Saturday and one for Sunday
     };
     Q_ENUM(enWeekendColumns)
-    //! The SQL date literals of #DbDateFormat (fixed values, Part 2.1).
+    //! The SQL date literals of #DbDateFormat; the values are fixed.
     enum enDbDateFormat : qint16 {
         kvAuto = 0,             //!< detect: "Microsoft.Jet.OLEDB" in the Provider is Access, "SQL SERVER" or "SQLOLEDB" in the connection string SQL Server, anything else MySQL
         kvMicrosoft_SQL = 1,    //!< SQL Server: CONVERT(DATETIME,'2004-03-17 14:05:00',102)
@@ -214,7 +214,7 @@ public:
     };
     Q_ENUM(enDbDateFormat)
 
-    //! Defaults of a new control (Part 1.1, InitProperties).
+    //! Defaults of a new control (InitProperties()).
     static constexpr uint DefaultBackColor = 0xFFFFFFu;
     //! Grey of the control's surface between the cells.
     static constexpr uint DefaultSurfaceColor = 0x808080u;
@@ -226,7 +226,7 @@ public:
     static constexpr uint DefaultTodayHeaderColor = 0xC0C0FFu;
 
     /*!
-        Initialize and InitProperties (Part 1.1): the week view of today with the defaults,
+        A fresh control (InitProperties()): the week view of today with the defaults,
         German month and weekday names (setLocale() changes them). The thread's kvError is
         replaced by a new one. The grid is arranged at the first resize.
     */
@@ -282,15 +282,15 @@ public:
     void setActualDate(const QDate &date);
 
     /*!
-        Part 2.1: the host's open connection (not owned; it may be a kvConnection::Wrap of the
+        The host's open connection (not owned; it may be a kvConnection::Wrap of the
         host's QSqlDatabase). Setting it chooses the SQL dialect, enables "Next", "Previous"
         and "New" when it is open, and probes the table's optional columns. A failure of the
-        connection or the probe is reported through Part 1.3 with the data layer's ADO number
+        connection or the probe is reported as a numbered error with the data layer's ADO number
         (3709 when that does not fit 16 bits) and the engine's message.
     */
     kvConnection *Connection() const;
     /*!
-        Part 2.1's procedure for \a connection, as described for #Connection; nullptr while
+        Takes \a connection as described for #Connection; nullptr while
         DbDateFormat is kvAuto is reported as error 91.
     */
     void setConnection(kvConnection *connection);
@@ -316,7 +316,7 @@ public:
     bool WeeksVisible() const { return m_weeksVisible; }
     //! Notifies "WeeksVisible"; re-layouts when #AutoRefresh.
     void setWeeksVisible(bool visible);
-    //! The spec's Enabled: the enabled state of the control surface (not persisted).
+    //! The enabled state of the control surface (not persisted).
     bool Enabled() const { return isEnabled(); }
     //! QWidget::setEnabled(); no notification.
     void setEnabled(bool enabled);
@@ -332,7 +332,7 @@ public:
     bool RaiseEditEvent() const { return m_raiseEditEvent; }
     //! Stores the switch and notifies "RaiseEditEvent".
     void setRaiseEditEvent(bool raise);
-    //! Thread-wide: switching it on one control switches every control of the thread (Part 1.3).
+    //! Thread-wide: switching it on one control switches every control of the thread.
     bool RaiseErrorEvent() const;
     //! Sets the thread-wide switch (kvErrorReporting::setRaiseErrorEvent()); no notification.
     void setRaiseErrorEvent(bool raise);
@@ -346,7 +346,7 @@ public:
     void setDbDateFormat(enDbDateFormat format);
 
     /*!
-        Extension: False (default) sends the spec's SQL texts exactly; True binds every value as
+        Extension: False (default) sends the plain SQL texts exactly; True binds every value as
         a parameter and uses SQL the connected engine accepts, so that apostrophes and injected
         SQL are stored as typed. Recommended for new hosts. Persisted as "ParameterizedSql".
     */
@@ -359,7 +359,7 @@ public:
     //! Set by the container (the Designer plugin); a visible control re-layouts at once.
     void setUserMode(bool userMode);
 
-    //! The visible day cells, 1 .. DayCellCount(), in reading order (Part 3.1).
+    //! The visible day cells, 1 .. DayCellCount(), in reading order.
     int DayCellCount() const;
     /*!
         Day cell \a index, 1 to DayCellCount(); throws kvRuntimeError 340 outside that range.
@@ -371,18 +371,18 @@ public:
     Q_INVOKABLE void Refresh();
 
     /*!
-        Part 2.3: the edit flow. \a action 1 new appointment on ActualDate, 2 delete and 3 change
+        The edit flow. \a action 1 new appointment on ActualDate, 2 delete and 3 change
         the active row of the selected day cell. Host events (RaiseEditEvent,
         RaiseDatabaseEvents) replace the editor or the writes; the view is reloaded unless a
-        writer or the host cancelled. Failures are reported as 13 + step (Part 1.3).
+        writer or the host cancelled. Failures are reported as 13 + step.
     */
     void EditAppointment(qint16 action);
 
-    //! Part 3.6 state: the cell (DayIndex) and row last selected by a mouse action (-1 none).
+    //! The cell (DayIndex) and row last selected by a mouse action (-1 none).
     qint16 SelectedDayIndex() const { return m_selectedDayIndex; }
-    //! Part 3.6 state: the row within that cell, 1-based; -1 after an action on the day itself.
+    //! The row within that cell, 1-based; -1 after an action on the day itself.
     qint16 SelectedEntryIndex() const { return m_selectedEntryIndex; }
-    //! Part 3.6: True while tooltips show without delay.
+    //! True while tooltips show without delay.
     bool TooltipMode() const { return m_tooltipMode; }
 
     //! Prints the current view around #ActualDate, without asking (the toolbar's "Print" asks first).
@@ -395,25 +395,25 @@ public:
     */
     void PrintCalendar(const QDate &printDate, kvView printView);
 
-    //! Part 1.1: the defaults of a new control; the constructor already applied them.
+    //! Applies the defaults of a new control; the constructor already applied them.
     void InitProperties();
     /*!
         Reads the saved settings key by key; a missing key keeps its default, a missing colour
         what the first day cell shows (before the first arrangement: the default).
     */
     void ReadProperties(const kvPropertyBag &bag);
-    //! Part 1.1: writes the persisted settings; values equal to their default are not stored.
+    //! Writes the persisted settings; values equal to their default are not stored.
     void WriteProperties(kvPropertyBag &bag) const;
 
 Q_SIGNALS:
-    //! Part 1.3: a routine of the control failed while RaiseErrorEvent is True.
+    //! A routine of the control failed while RaiseErrorEvent is True.
     void Error(kvError &Err);
 
-    // Part 2.3: the host events. Every argument is by reference; the host may change them and
-    // the control goes on with the changed values. Argument orders as in the spec (Edit has
-    // the ImageID before the Document, the others after it).
+    // The host events. Every argument is by reference; the host may change them and the
+    // control goes on with the changed values. The argument orders are part of the interface
+    // that hosts connect to: Edit has the ImageID before the Document, the others after it.
     /*!
-        Part 2.3: a new appointment is to be saved while #RaiseDatabaseEvents is True; the
+        A new appointment is to be saved while #RaiseDatabaseEvents is True; the
         control writes nothing. \a datDateBegin and \a datDateEnd (wall-clock values in a
         QDateTime in UTC; an all-day appointment runs from 00:00 to 00:00), \a sName,
         \a sRemark, \a sDocument (a linked file's path) and \a iImgId (icon number, 0 for
@@ -423,14 +423,14 @@ Q_SIGNALS:
     void DateNew(QDateTime &datDateBegin, QDateTime &datDateEnd, QString &sName, QString &sRemark,
                  QString &sDocument, qint16 &iImgId, bool &bCancel);
     /*!
-        Part 2.3: appointment \a lDateID is to be saved with changed values while
+        Appointment \a lDateID is to be saved with changed values while
         #RaiseDatabaseEvents is True; the control sends no UPDATE. The arguments are as for
         DateNew(); the view is reloaded unless the host sets \a bCancel.
     */
     void DateChange(qint32 &lDateID, QDateTime &datDateBegin, QDateTime &datDateEnd, QString &sName,
                     QString &sRemark, QString &sDocument, qint16 &iImgId, bool &bCancel);
     /*!
-        Part 2.3: appointment \a lDateID is to be deleted (context menu "Löschen..." or the
+        Appointment \a lDateID is to be deleted (context menu "Löschen..." or the
         editor's delete) while #RaiseDatabaseEvents is True; the control neither asks nor
         deletes. The other arguments are the appointment's values, as for DateNew(); the view
         is reloaded unless the host sets \a bCancel.
@@ -438,7 +438,7 @@ Q_SIGNALS:
     void DateDelete(qint32 &lDateID, QDateTime &datDateBegin, QDateTime &datDateEnd, QString &sName,
                     QString &sRemark, QString &sDocument, bool &bCancel);
     /*!
-        Part 2.3: an appointment is to be edited while #RaiseEditEvent is True; it replaces
+        An appointment is to be edited while #RaiseEditEvent is True; it replaces
         the editor dialog, and the control writes nothing. \a iAction 1: a new one ("New",
         "Neu...", a double-click on a day; both dates #ActualDate, empty texts, \a lDateID
         and \a iImgId 0); 3: the selected row ("Bearbeiten...", a double-click on it) with its
@@ -450,21 +450,21 @@ Q_SIGNALS:
     /*!
         The container notification: a persisted property changed. Carries the property's
         name, except for WeekendColumns, BorderStyle and AutoRefresh, which pass their
-        value as text (a quirk of the original control, kept).
+        value as text; the quirk is kept deliberately, as hosts compare these texts.
     */
     void PropertyChanged(const QString &propertyName);
 
-    //! The grid was arranged (Part 3.1, ArrangeGrid): every re-layout emits it once.
+    //! The grid was arranged (ArrangeGrid): every re-layout emits it once.
     void gridArranged();
-    //! The current day was marked anew (Part 3.1).
+    //! The current day was marked anew.
     void actualDayMarked();
-    //! The colour pass ran: every day cell got the control's colours (Part 3.1).
+    //! The colour pass ran: every day cell got the control's colours.
     void coloursApplied();
 
 protected:
     //! Paints the grey surface (DefaultSurfaceColor) that shows between the cells.
     void paintEvent(QPaintEvent *event) override;
-    //! Resize (Part 1.1): re-layouts, whatever #AutoRefresh says.
+    //! Resize: re-layouts, whatever #AutoRefresh says.
     void resizeEvent(QResizeEvent *event) override;
     //! A locale change (setLocale()) refills the grid with the new month and weekday names.
     void changeEvent(QEvent *event) override;
@@ -532,12 +532,12 @@ private:
     void OnFocusChanged(QWidget *old, QWidget *now);
     void HideToolTip();
 
-    // Part 2.3
+    // Edit flow
     struct EditValues;
     void EditAppointmentSteps(qint16 action, qint16 &step);
     void RaiseDatabaseEvent(qint16 action, EditValues &values, bool &bCancel);
 
-    // Part 3.6
+    // Cell interaction
     void ConnectDayCell(ctlDay *cell, qint16 dayIndex);
     int DayIndexOf(const QWidget *widget) const;
     void OnDayFocus(qint16 dayIndex);
@@ -611,7 +611,7 @@ private:
     QList<QAction *> m_contextItems;
     QPointer<QWidget> m_gridTabStop; //!< the actual day's cell, where the keyboard enters the grid
 
-    // Part 3.6
+    // Cell interaction
     qint16 m_selectedDayIndex = 0;
     qint16 m_selectedEntryIndex = -1;
     bool m_tooltipMode = false;

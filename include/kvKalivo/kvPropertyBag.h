@@ -13,7 +13,7 @@
 */
 
 /*!
-    \brief The property store a host saves the control's properties in, with VB's semantics.
+    \brief The property store a host saves the control's properties in.
 
     A missing key reads as the default given; writing a value equal to its default stores
     nothing and removes a stale stored value. The typed readers serve the control's
@@ -49,9 +49,9 @@ public:
     kvDate ReadDate(const QString &name, kvDate fallback) const;
 
     /*!
-        Whether \a value counts as equal to \a defaultValue, the way VB compares them before
-        storing: numbers by value (an unsigned 32-bit value equals its signed pattern), dates
-        by value whatever their type, True equals -1.
+        Whether \a value counts as equal to \a defaultValue, as WriteProperty() compares them
+        before storing: numbers by value (an unsigned 32-bit value equals its signed pattern),
+        dates by value whatever their type, True equals -1.
     */
     static bool IsDefault(const QVariant &value, const QVariant &defaultValue);
 
@@ -63,7 +63,7 @@ public:
     static std::optional<bool> ToBoolean(const QVariant &value);
     //! Text, a list of texts (an INI value with commas) joined with ", ", or a number.
     static std::optional<QString> ToString(const QVariant &value);
-    //! kvDate, QDate, QDateTime, ISO 8601 text or an OLE day number, within VB's years 100 to 9999.
+    //! kvDate, QDate, QDateTime, ISO 8601 text or an OLE day number, within the years 100 to 9999.
     static std::optional<kvDate> ToDate(const QVariant &value);
     //! Whether \a value holds a date type (kvDate, QDate, QDateTime), not text or a number.
     static bool IsDateValue(const QVariant &value);

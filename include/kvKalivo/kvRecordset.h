@@ -52,7 +52,7 @@ public:
     enum CursorTypeEnum {
         adOpenUnspecified = -1, //!< not given
         adOpenForwardOnly = 0,  //!< forward only (what every recordset is)
-        adOpenKeyset = 1,       //!< keyset (Part 2.3's insert asks for it)
+        adOpenKeyset = 1,       //!< keyset (the store's insert asks for it)
         adOpenDynamic = 2,      //!< dynamic
         adOpenStatic = 3        //!< static
     };
@@ -60,7 +60,7 @@ public:
     enum LockTypeEnum {
         adLockUnspecified = -1,   //!< not given: read-only
         adLockReadOnly = 1,       //!< read-only
-        adLockPessimistic = 2,    //!< updatable (Part 2.3's insert)
+        adLockPessimistic = 2,    //!< updatable (the store's insert)
         adLockOptimistic = 3,     //!< updatable
         adLockBatchOptimistic = 4 //!< updatable
     };

@@ -12,15 +12,16 @@
 */
 
 /*!
-    \brief A run-time failure carrying a VB error number and its German description.
+    \brief A run-time failure carrying an error number and its German description.
 
-    The control's routines throw it; their error reporting (Part 1.3) catches it and reports
-    description(). It never leaves a public function. what() is the description in UTF-8.
+    The control's routines throw it; their error reporting (kvErrorReporting) catches it
+    and reports description(). It never leaves a public function. what() is the description
+    in UTF-8.
 */
 class KVKALIVO_EXPORT kvRuntimeError : public std::runtime_error
 {
 public:
-    //! VB's numbers of the failures the platform layer raises itself.
+    //! The numbers of the failures the platform layer raises itself.
     enum Number {
         Overflow = 6,                        //!< "Überlauf": a value does not fit its integer type
         DivisionByZero = 11,                 //!< "Division durch Null"
@@ -29,11 +30,11 @@ public:
         CannotUnloadDesignTimeControl = 362, //!< Unload() of element 0, the template
     };
 
-    //! A failure with VB's (or ADO's) \a number and its text \a description.
+    //! A failure with the run-time (or ADO) error \a number and its text \a description.
     kvRuntimeError(int number, const QString &description);
     ~kvRuntimeError() override;
 
-    //! The VB or ADO error number (see Number and kvAdoError::Number).
+    //! The run-time or ADO error number (see Number and kvAdoError::Number).
     int number() const noexcept { return m_number; }
     //! The German text of the failure, or the engine's own message.
     QString description() const { return m_description; }

@@ -26,7 +26,7 @@ public:
         QPointer<QWidget> parent;  //!< the dialog's parent (null once deleted)
         QString title;             //!< the caption asked for
         QString initialPath;       //!< the start folder or file
-        QString vbFilter;          //!< the VB filter, unconverted
+        QString vbFilter;          //!< the bar-separated filter, unconverted
     };
 
     //! Records the call and answers the next queued path, or "" (cancelled) when none is left.

@@ -1,4 +1,4 @@
-// Renders kvKalivo's built-in icon set (Part 5.2: 75 pictures in six categories) from the
+// Renders kvKalivo's built-in icon set (75 pictures in six categories) from the
 // Noto Color Emoji font into 16- and 32-pixel PNG files named by ImageID, and writes the
 // Qt resource file that ships them inside the library. See README.md beside this file.
 
@@ -32,7 +32,7 @@ struct Category
     std::vector<Picture> pictures;
 };
 
-// Category order and sizes are fixed by the spec: 21, 13, 8, 13, 9, 11.
+// Category order and sizes are fixed, as ImageIDs name pictures by them: 21, 13, 8, 13, 9, 11.
 const std::vector<Category> &categories()
 {
     static const std::vector<Category> table = {

@@ -29,8 +29,8 @@ namespace {
 constexpr int FailureCode = 200;
 constexpr int TerminationFailureCode = 100;
 
-// Runs one member routine the way the cell's VB error handlers did: a failure ends the
-// routine and is reported under the cell's code (Part 1.3); nothing propagates.
+// Runs one member routine of the cell: a failure ends the routine and is reported under the
+// cell's code (200, or 100 while it is destroyed); nothing propagates.
 template <typename Work>
 void reportFailures(int code, Work &&work) noexcept
 {
@@ -41,7 +41,7 @@ void reportFailures(int code, Work &&work) noexcept
     }
 }
 
-// VB's CLng: to the nearest integer, halves to the even neighbour; out of range is error 6.
+// To the nearest integer, halves to the even neighbour; out of range is error 6 ("Überlauf").
 qint32 CLng(double value)
 {
     const double rounded = std::nearbyint(value);
@@ -57,7 +57,7 @@ QString entryKey(int index)
     return QString::number(index) + u'_';
 }
 
-// VB's Collection raises error 5 for a key it does not hold.
+// The row collection raises error 5 for a key it does not hold.
 kvRuntimeError unknownKey()
 {
     return kvRuntimeError(5, QStringLiteral("Ungültiger Prozeduraufruf oder ungültiges Argument"));
@@ -92,7 +92,7 @@ ctlDay::ctlDay(QWidget *parent)
     m_vScroll->resize(style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, m_vScroll),
                       m_vScroll->height());
     m_vScroll->hide();
-    // VB's Change and Scroll events both scroll; valueChanged covers clicks, keys and dragging.
+    // Clicks, keys and dragging all scroll the rows; valueChanged covers every one of them.
     connect(m_vScroll, &QScrollBar::valueChanged, this, [this] {
         reportFailures(FailureCode, [this] { Scrolling(); });
     });
@@ -398,9 +398,10 @@ QPointF ctlDay::ToInner(QPointF widgetPos) const
 }
 
 /*!
-    VB resized a cell the moment it was moved; Qt holds back the resize event of a hidden
-    widget until it is shown. Routines that place rows first catch up on a size change that
-    has not been laid out yet, so that a cell filled while hidden looks as VB's did.
+    A cell is laid out for its new size the moment it is moved, shown or not; Qt holds back
+    the resize event of a hidden widget until it is shown. Routines that place rows first
+    catch up on a size change that has not been laid out yet, so that a cell filled while
+    hidden looks like one filled while shown.
 */
 void ctlDay::SyncLayout()
 {
@@ -432,8 +433,8 @@ void ctlDay::Resize()
             m_vScroll->setMaximum(kvInt16::add(m_vScroll->maximum(), 1));
     }
 
-    // Part 3.2's rule alone would show the bar in an empty cell lower than its header; VB
-    // failed on the bar's negative height there instead, so an empty cell never shows it.
+    // Rows that overflow the cell show the bar; an empty cell lower than its header never
+    // shows it, though its header alone overflows.
     PlaceScrollBar(m_nextRowTop > innerHeight && EntriesCount() > 0);
     m_header->setWidth(innerWidth);
 
@@ -447,7 +448,7 @@ void ctlDay::PlaceScrollBar(bool visible)
 {
     const QRect inner = contentsRect();
     const int width = m_vScroll->width();
-    // A negative height was a VB error; a cell that low simply gets an empty bar.
+    // A cell too low for the bar gets one of height 0 rather than a failure.
     m_vScroll->setGeometry(inner.left() + inner.width() - width, inner.top() + ScrollBarTop,
                            width, qMax(0, inner.height() - 16 - 1));
     m_vScroll->setVisible(visible);
@@ -508,7 +509,7 @@ ctlDay::MouseTarget ctlDay::TargetAt(QPointF innerPos) const
 
 /*!
     The first button pressed fixes the target that gets every move and release until the last
-    button is released, as the window under a pressed button keeps the mouse in VB.
+    button is released: the row or cell under a pressed button keeps the mouse.
 */
 ctlDay::MouseTarget ctlDay::PressTarget(QMouseEvent *event, QPointF innerPos)
 {

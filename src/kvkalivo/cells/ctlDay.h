@@ -19,7 +19,7 @@ class QScrollBar;
 class kvPropertyBag;
 
 /*!
-    \brief Part 3.2: one calendar day of the week or month grid.
+    \brief One calendar day of the week or month grid.
 
     The cell shows its header row \c ctlHeader (day number and day text), the icons of its
     appointments in the header (\c imgDateImage), one row per appointment (\c ctlEntry, reached
@@ -28,7 +28,7 @@ class kvPropertyBag;
 
     Positions are pixels of the cell's inner area (inside the border when BorderVisible).
     Colours are OLE_COLOR values. Member routines report their failures as code 200 and the
-    destructor as code 100 (Part 1.3); Entries() is the exception: like VB's Collection it
+    destructor as code 100; Entries() is the exception: like a keyed collection it
     throws kvRuntimeError 5 for an unknown index, and its caller's error handling reports it.
 */
 class KVKALIVO_TESTS_EXPORT ctlDay : public QWidget
@@ -53,7 +53,7 @@ public:
         bool Visible = false;
     };
 
-    //! Property defaults (Part 3.2); the main control uses them before its first cell exists.
+    //! Property defaults; the main control uses them before its first cell exists.
     static constexpr uint DefaultBackColor = 0xFFFFFFu;
     static constexpr uint DefaultDayHeaderColor2 = 0x8000000Au;
     static constexpr uint DefaultDayHeaderForeColor = 0;
@@ -121,7 +121,7 @@ public:
     const Image &imgDateImage(int index) const;
 
     /*!
-        Part 3.6's SetCapture on a row: until ReleaseCapture(), every mouse move, press and
+        Captures the mouse for a row: until ReleaseCapture(), every mouse move, press and
         release of the cell (and, while it is visible, of the whole screen) goes to row
         \a entryIndex, so that the control notices when the pointer leaves the row.
     */
@@ -141,7 +141,7 @@ public:
     void WriteProperties(kvPropertyBag &bag) const;
 
 Q_SIGNALS:
-    // The six events of Part 3.2, in the declared order.
+    // The cell's events; kvKalivo handles them.
     void DayMouseUp(qint16 Button, qint16 Shift, float X, float Y);
     void EntryMouseUp(qint16 EntryIndex, qint16 Button, qint16 Shift, float X, float Y);
     void EntryDblClick(qint16 EntryIndex);
@@ -168,7 +168,7 @@ protected:
     void focusInEvent(QFocusEvent *event) override;
 
 private:
-    //! VB's Collection of the rows: insertion order, and the key index + "_".
+    //! The collection of the rows: insertion order, and the key index + "_".
     struct EntryCollection
     {
         QList<ctlEntry *> rows;

@@ -11,8 +11,7 @@
 
 namespace {
 
-// The spec sets a new row to 17 twips, a placeholder that Init always replaces; at the
-// screen's 15 twips per pixel that is one pixel.
+// A new row is one pixel high, a placeholder that Init always replaces.
 constexpr int CreationHeight = 1;
 
 constexpr int TimeIndent = 1;
@@ -54,7 +53,7 @@ void ctlEntry::Init(qint32 dateId, qint16 listindex, const QString &time, const 
 
     m_lblTime.Caption = time == MidnightTime ? QString() : time;
     m_rowBackColor = backColor;
-    // A VB Resize only follows a real change of size; laying out on an unchanged height as
+    // setSize() lays out only on a real change of size; laying out on an unchanged height as
     // well keeps a second Init of the same row from showing the previous caption.
     if (!setSize(Width(), m_lblText.Geometry.height() + 1))
         Resize();
@@ -91,7 +90,7 @@ void ctlEntry::setIsActualDay(bool isActualDay)
 void ctlEntry::setIsContinuedDate(bool isContinuedDate)
 {
     m_isContinuedDate = isContinuedDate;
-    m_lblTime.Caption = ContinuedMarker.toString(); // whatever was written (Part 3.3)
+    m_lblTime.Caption = ContinuedMarker.toString(); // deliberately, for False as well
 }
 
 void ctlEntry::setPublicHolidayName(const QString &name)
@@ -178,7 +177,7 @@ void ctlEntry::Resize()
     The overflow text and the caption depend only on Text, the font and lblText's width, so
     they are worked out when first read or painted: rows scrolled out of sight are never
     measured, and a month of rows fills without shaping any text. What is read is always
-    what the spec's Init and Resize would have set.
+    what Init and Resize would have set at once.
 */
 void ctlEntry::LayOutCaption()
 {
@@ -212,15 +211,15 @@ QString ctlEntry::OverflowText() const
 }
 
 /*!
-    The spec's loop tries Text shortened by k = 1, 2, 3, ... characters plus "..." and takes
-    the first candidate that fits. A longer prefix is never narrower, so the first fitting
+    The caption is the first candidate that fits among Text shortened by k = 1, 2, 3, ...
+    characters plus "...". A longer prefix is never narrower, so the first fitting
     candidate is the longest fitting one. It is searched between a prefix known to fit and
     one known not to: each step guesses from the two widths where the room runs out (a few
     measurements for ordinary text, where one per character was slow enough to show in a
     month of rows) and halves the interval instead when guessing stops closing in.
 
-    When even "..." alone does not fit, the loop would run out of characters: the caption is
-    then "", so that a caption never draws wider than its label.
+    When even "..." alone does not fit, no candidate does: the caption is then "", so that a
+    caption never draws wider than its label.
 */
 QString ctlEntry::ShortenedCaption() const
 {
@@ -335,8 +334,8 @@ QPointF ctlEntry::ToRowPixels(Part part, QPointF rowPos) const
 }
 
 /*!
-    Part 3.3: X = label x ÷ twips per pixel + label left, Y likewise. A VB label reported
-    twips; a Qt position is already in pixels, so the factor is 1 and only the offset remains.
+    X = label x + label left, Y likewise: a label position is already in pixels, so only the
+    label's offset in the row is added.
 */
 QPointF ctlEntry::LabelToRow(const Label &label, QPointF labelPos)
 {

@@ -15,12 +15,12 @@ class QPalette;
 class kvPropertyBag;
 
 /*!
-    \brief Part 3.3: one appointment row of a day cell, and the header row of every cell.
+    \brief One appointment row of a day cell, and the header row of every cell.
 
     A row is not a widget: a month holds hundreds of rows, so each row keeps its record and
-    its presentation as data and its day cell (ctlDay) places, paints and hit-tests it. The
-    child "controls" of the spec, \c lblTime, \c lblText and \c linSeperator, are plain values
-    here; the cell draws them with Paint() and passes the mouse on with the Handle*() calls.
+    its presentation as data and its day cell (ctlDay) places, paints and hit-tests it. Its
+    parts \c lblTime, \c lblText and \c linSeperator are plain values, not widgets; the cell
+    draws them with Paint() and passes the mouse on with the Handle*() calls.
 
     Everything is in pixels of the row: its Left/Top are in the cell's inner area, the labels'
     geometry is relative to the row. The row measures its text in font(), which its cell sets
@@ -81,11 +81,11 @@ public:
     static constexpr QStringView ContinuedMarker = u"<--";
     static constexpr QStringView Ellipsis = u"...";
 
-    //! Property-bag defaults (Part 3.3).
+    //! Property-bag defaults.
     static constexpr uint DefaultBackColor = 0x8000000Au;
     static constexpr bool DefaultIsActualDay = false;
-    //! VB's label default (system colour "button text"). Init colours both labels with its
-    //! ForeColor but, as Part 3.3 says, stores only its BackColor; ForeColor() is the property.
+    //! The labels' default text colour (system colour "button text"). Init colours both labels
+    //! with its ForeColor argument but stores only its BackColor; ForeColor() is the property.
     static constexpr uint DefaultForeColor = 0x80000012u;
     //! Pure red: the day number of a holiday.
     static constexpr uint HolidayColor = 255u;
@@ -137,8 +137,8 @@ public:
 
     /*!
         A row has no window. hWnd is an opaque handle that tells rows apart (its address,
-        unique while the row lives), which is all Part 3.6 compares it for; it is never a
-        window-system handle.
+        unique while the row lives), which is all the tooltip tracking compares it for; it is
+        never a window-system handle.
     */
     quintptr hWnd() const { return quintptr(this); }
 
@@ -170,7 +170,7 @@ public:
     //! The part of the row at \a rowPos (row pixels); None outside the row.
     Part HitTest(QPointF rowPos) const;
 
-    // Mouse input from the cell, at \a rowPos in row pixels; each raises the spec's event.
+    // Mouse input from the cell, at \a rowPos in row pixels; each raises the matching signal.
     void HandleMouseMove(QPointF rowPos, Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers);
     void HandleMousePress(QPointF rowPos, Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
     void HandleMouseRelease(QPointF rowPos, Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
@@ -179,9 +179,9 @@ public:
     //! Paints the row at its geometry; \a palette resolves system colours.
     void Paint(QPainter &painter, const QPalette &palette) const;
 
-    //! VB's Button argument: 1 left, 2 right, 4 middle, or-ed for MouseMove.
+    //! The events' Button argument: 1 left, 2 right, 4 middle, or-ed for MouseMove.
     static qint16 VbButton(Qt::MouseButtons buttons);
-    //! VB's Shift argument: 1 Shift, 2 Ctrl, 4 Alt.
+    //! The events' Shift argument: 1 Shift, 2 Ctrl, 4 Alt.
     static qint16 VbShift(Qt::KeyboardModifiers modifiers);
 
 Q_SIGNALS:

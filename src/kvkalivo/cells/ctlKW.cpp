@@ -8,7 +8,7 @@
 
 namespace {
 
-//! 11 px is the height of VB's MS Sans Serif 8 at 96 dpi: "53" fits the 15-pixel column.
+//! The cells' 11-pixel font: "53" fits the 15-pixel column.
 constexpr int CaptionPixelSize = 11;
 
 } // namespace

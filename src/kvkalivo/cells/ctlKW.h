@@ -8,7 +8,7 @@
 #include <QWidget>
 
 /*!
-    \brief Part 3.4: the calendar-week column beside the grid, one section per grid row.
+    \brief The calendar-week column beside the grid, one section per grid row.
 
     Every section shows its caption (an element of the label array \c lblKW) with its top
     edge at the section's middle and is closed by a horizontal line in the fore colour

@@ -23,12 +23,12 @@ constexpr int ClampWidth = 382;
 constexpr int MaximumWidth = 381;
 constexpr int BorderWidth = 1;
 /*!
-    The spec's widths leave 2 pixels beside the measured text (w1 adds "35 + 2", wR + 2)
+    The widths leave 2 pixels beside the measured text (w1 adds "35 + 2", wR + 2)
     and the outer size adds the border once more: one pixel of margin on either side of the
     text keeps it off the border, and it still fits without being cut or wrapped.
 */
 constexpr int TextMargin = 1;
-//! The row font (11 px, the height of VB's MS Sans Serif 8 at 96 dpi) fits the 16-pixel line.
+//! The cells' 11-pixel row font fits the 16-pixel line.
 constexpr int FontPixelSize = 11;
 
 void FillBackground(QWidget *widget, const QColor &color)
@@ -127,7 +127,6 @@ void ctlToolTip::Resize()
     PlaceLabels(width);
     const int firstLine = m_lblText->height();
     const int remark = m_lblRemark->height();
-    // The spec sets the outer size in twips, (pixels × twips per pixel): pixels again in Qt.
     resize(width + 2 * BorderWidth, (remark <= 1 ? firstLine : firstLine + remark) + 2 * BorderWidth);
     m_client->setGeometry(contentsRect());
 }
@@ -182,7 +181,7 @@ void ctlToolTip::resizeEvent(QResizeEvent *event)
         Resize();
     } catch (const kvRuntimeError &) {
         // No exception may leave an event handler; the control's own call of Resize()
-        // (Part 3.6) meets the same overflow and reports it.
+        // when it shows the tooltip meets the same overflow and reports it.
     }
 }
 

@@ -7,14 +7,14 @@
 class QLabel;
 
 /*!
-    \brief Part 3.5: the appointment tooltip that kvKalivo shows over a row.
+    \brief The appointment tooltip that kvKalivo shows over a row.
 
     A child of the control (not a top-level window) with a 1-pixel border. Inside the border
     the first line holds lblTime (left 0, width 35) and lblText (left 35, width 346), both
     16 pixels high on ToolTipBackColor1; lblRemark (top 16, the full width) shows the remark
-    word-wrapped on ToolTipBackColor2. Resize() sizes the control to its content as the spec
-    computes it; it throws kvRuntimeError 6 when the 16-bit arithmetic overflows, and the
-    caller reports it.
+    word-wrapped on ToolTipBackColor2. Resize() sizes the control to its content (at most
+    383 pixels wide, border included); it throws kvRuntimeError 6 when the 16-bit arithmetic
+    overflows, and the caller reports it.
 
     The control keeps one hidden instance and passes its ToolTipBackColor1/2 through.
 */
@@ -56,12 +56,12 @@ public:
     uint ToolTipBackColor2() const { return m_toolTipBackColor2; }
     void setToolTipBackColor2(uint color);
 
-    //! The size computation of Part 3.5; it also runs on every size change.
+    //! Sizes the tooltip to its texts; it also runs on every size change.
     void Resize();
 
 Q_SIGNALS:
     void PropertyChanged(const QString &name);
-    //! The tooltip was clicked; the control hides it (Part 3.6).
+    //! The tooltip was clicked; the control hides it.
     void Click();
 
 protected:

@@ -329,7 +329,7 @@ void paintFootnote(QPainter &painter, const QRectF &rect, const QString &footnot
     painter.setFont(pageFont(FootnoteSize));
     painter.setPen(Ink);
     QString lines = footnote;
-    lines.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));  // a VB host writes vbCrLf
+    lines.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));  // a host may write CR LF
     painter.drawText(text, Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap, lines);
     painter.restore();
 }

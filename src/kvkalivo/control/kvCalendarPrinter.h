@@ -24,7 +24,7 @@ class kvAppointmentStore;
     \brief Calendar printing (PrintCalendar): the week or the month around a date on one
     landscape A4 page, through kvPlatform::printerService().
 
-    The days are those of the grid (Part 3.1): the week is Monday .. Sunday of the date, the
+    The days are those of the grid: the week is Monday .. Sunday of the date, the
     month 42 days from the Monday on or before the 1st. Each day is loaded into an offscreen
     ctlDay by the job's day loader, the same per-day query the grid runs; its rows give the
     appointment lines. Every failure throws kvRuntimeError (the control reports code 300):
@@ -66,7 +66,7 @@ public:
     kvDate FirstDay() const { return FirstDayOf(m_job.PrintDate, m_job.PrintView); }
     //! 7 for a week, 42 for a month.
     int DayCount() const { return m_job.PrintView == Week ? 7 : 42; }
-    //! The page's caption: the month caption of Part 3.1 ("November 2026", "Dez/Jan 2026").
+    //! The page's caption: the grid's month caption ("November 2026", "Dez/Jan 2026").
     QString Caption() const;
     //! The print queue's name: "Kalender " + caption.
     QString DocumentName() const;
@@ -81,7 +81,7 @@ public:
 
     //! The first printed day: the Monday of the week, or the Monday on or before the 1st.
     static kvDate FirstDayOf(const kvDate &date, int view);
-    //! The month caption of Part 3.1 for the days \a first .. \a last around \a date.
+    //! The grid's month caption for the days \a first .. \a last around \a date.
     static QString MonthCaption(const kvDate &date, const kvDate &first, const kvDate &last, int view,
                                 const QLocale &locale = kvDefaultLocale());
     /*!

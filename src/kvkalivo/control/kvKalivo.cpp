@@ -51,7 +51,8 @@ constexpr int WeekdayCaptionHeight = 17;
 // ADO's adErrInvalidConnection: reported for a connection failure whose number needs 32 bits.
 constexpr int InvalidConnectionCode = 3709;
 
-// VB's CStr of a Boolean on the German runtime, for the quirky value notifications.
+// A Boolean as German text ("Wahr", "Falsch"): the value that PropertyChanged passes for
+// WeekendColumns, BorderStyle and AutoRefresh, which hosts compare.
 QString booleanText(bool value)
 {
     return value ? QStringLiteral("Wahr") : QStringLiteral("Falsch");
@@ -78,13 +79,13 @@ kvKalivo::kvKalivo(QWidget *parent)
 
 kvKalivo::~kvKalivo()
 {
-    // Terminate (Part 1.1): hide the tooltip and unload the dynamically created day cells.
+    // Terminate: hide the tooltip and unload the dynamically created day cells.
     disconnect(qApp, nullptr, this, nullptr); // no focus notifications while being destroyed
     HideToolTip();
     UnloadDayCells();
 }
 
-// --- Lifecycle (Part 1.1) -------------------------------------------------------------------
+// --- Lifecycle -----------------------------------------------------------------------------------
 
 void kvKalivo::Initialize()
 {
@@ -272,8 +273,7 @@ void kvKalivo::InitProperties()
     m_todayHeaderColor = DefaultTodayHeaderColor;
     m_actualDate = kvPlatform::clock().Today();
     m_autoRefresh = true;
-    // Part 1.1 leaves the Booleans False, but its own edge case ("a fresh control shows ...
-    // calendar weeks visible") and the persistence default of WeeksVisible (True) both need True.
+    // A fresh control shows its calendar weeks, as the persisted default of WeeksVisible says.
     m_weeksVisible = true;
     m_toolTipBackColor1 = m_toolTip->ToolTipBackColor1();
     m_toolTipBackColor2 = m_toolTip->ToolTipBackColor2();
@@ -318,11 +318,11 @@ void kvKalivo::ReadProperties(const kvPropertyBag &bag)
                                             qint32(m_toolTip->ToolTipBackColor2())));
     m_toolTip->setToolTipBackColor1(m_toolTipBackColor1);
     m_toolTip->setToolTipBackColor2(m_toolTipBackColor2);
-    // The extension's key comes after the spec's keys.
+    // ParameterizedSql, the newest key, is read last.
     m_store->setParameterizedSql(bag.ReadBoolean(QStringLiteral("ParameterizedSql"), false));
     ApplyColours();
-    // Not in Part 1.1, but a user expects the picker and the status bar to show the date that
-    // was read rather than the one Initialize set; neither re-layouts nor notifies.
+    // The picker and the status bar show the date that was read rather than the one
+    // Initialize set; neither re-layouts nor notifies.
     SyncDatePicker();
     ShowCalendarWeek();
 }
@@ -386,7 +386,7 @@ void kvKalivo::OnFocusChanged(QWidget *old, QWidget *now)
     const bool hasFocus = now && (now == this || isAncestorOf(now));
     if (hadFocus && !hasFocus)
         HideToolTip();
-    // Part 3.6: a day cell lost or received the focus.
+    // A day cell lost or received the focus.
     const int oldDayIndex = DayIndexOf(old);
     const int dayIndex = DayIndexOf(now);
     if (oldDayIndex > 0 && oldDayIndex != dayIndex)
@@ -402,7 +402,7 @@ void kvKalivo::changeEvent(QEvent *event)
         FillGrid();
 }
 
-// --- Property setters (Part 1.1) ----------------------------------------------------------
+// --- Property setters ----------------------------------------------------------------------------
 
 void kvKalivo::setView(kvView view)
 {
@@ -466,7 +466,8 @@ void kvKalivo::setDayHeaderColor1(uint color)
 void kvKalivo::SetCellColour(uint &field, uint color, const QString &propertyName)
 {
     field = color;
-    if (color != 0) // black does not repaint until the next colour pass (Part 1.1)
+    // Deliberately, black (0) shows only from the next colour pass: a re-layout, or another colour.
+    if (color != 0)
         ApplyColours();
     Notify(propertyName);
 }
@@ -670,7 +671,7 @@ void kvKalivo::ReportError(int code, const QString &description)
                                         [this](kvError &error) { Q_EMIT Error(error); });
 }
 
-// --- Grid (Part 3.1) ------------------------------------------------------------------------
+// --- Grid ----------------------------------------------------------------------------------------
 
 void kvKalivo::Relayout()
 {
@@ -1032,7 +1033,7 @@ void kvKalivo::ApplyColours()
 
 void kvKalivo::RestoreDayHeader(ctlDay &cell)
 {
-    // The cell's colour setters repaint the whole header (Part 3.2); put back what FillGrid gave
+    // The cell's colour setters repaint the whole header; put back what FillGrid gave
     // this particular day, so a re-layout keeps other-month, today and holiday headers apart.
     if (!m_userMode)
         return;
@@ -1062,7 +1063,7 @@ void kvKalivo::Reload()
     }
 }
 
-// --- Navigation and commands (Part 1.2) -----------------------------------------------------
+// --- Navigation and commands ---------------------------------------------------------------------
 
 void kvKalivo::OnToolbarButton(const QString &key)
 {
@@ -1211,7 +1212,7 @@ void kvKalivo::PrintCalendar(const QDate &printDate, kvView printView)
     }
 }
 
-// --- Edit flow (Part 2.3) ---------------------------------------------------------------------
+// --- Edit flow -----------------------------------------------------------------------------------
 
 struct kvKalivo::EditValues
 {
@@ -1343,7 +1344,7 @@ void kvKalivo::RaiseDatabaseEvent(qint16 action, EditValues &values, bool &bCanc
     values.DateEnd = kvDate::fromDateTime(end);
 }
 
-// --- Cell interaction (Part 3.6) --------------------------------------------------------------
+// --- Cell interaction ----------------------------------------------------------------------------
 
 void kvKalivo::ConnectDayCell(ctlDay *cell, qint16 dayIndex)
 {
@@ -1487,7 +1488,7 @@ void kvKalivo::OnTimerTooltip()
     try {
         ShowToolTip();
     } catch (...) {
-        // The row went away with a refresh: no tooltip (the spec names no code for it).
+        // The row went away with a refresh: no tooltip, and nothing to report.
     }
 }
 
@@ -1538,7 +1539,7 @@ void kvKalivo::ShowToolTip()
     }
 }
 
-// --- Keyboard ---------------------------------------------------------------------------------
+// --- Keyboard ------------------------------------------------------------------------------------
 
 void kvKalivo::keyPressEvent(QKeyEvent *event)
 {

@@ -13,6 +13,6 @@ class KVKALIVO_TESTS_EXPORT kvBeep
 public:
     virtual ~kvBeep();
 
-    //! Sounds the beep (VB's Beep).
+    //! Sounds the beep.
     virtual void Beep() = 0;
 };

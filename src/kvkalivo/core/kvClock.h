@@ -8,7 +8,7 @@
 */
 
 /*!
-    \brief The clock service: the naive local wall-clock time, as VB's Now and Date.
+    \brief The clock service: the naive local wall-clock time (no time zone).
 
     The real one is kvSystemClock; tests use kvFixedClock.
 */

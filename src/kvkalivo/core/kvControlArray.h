@@ -14,18 +14,18 @@
 
 /*!
     \file kvControlArray.h
-    \brief kvControlArray, VB's control array (Load, Unload, element by index).
+    \brief kvControlArray, an array of child controls (Load, Unload, element by index).
 */
 
 /*!
-    \brief VB's control array: elements created and destroyed at run time by index.
+    \brief An array of child controls: elements created and destroyed at run time by index.
 
     Element 0 is the hidden template; it is created by the constructor and cannot be
     unloaded. Every element is made by the factory, named after the array with its decimal
     index ("ctlDay12", "KontextDay6") and carries the index in the dynamic property "Index".
     The array owns its elements: Unload() and the destructor delete them at once, so an
-    element must not be unloaded from within one of its own signals (VB forbids that too).
-    Misuse throws kvRuntimeError with VB's numbers (340, 360, 362).
+    element must not be unloaded from within one of its own signals.
+    Misuse throws kvRuntimeError 340, 360 or 362.
 */
 template <typename T>
 class kvControlArray
@@ -83,7 +83,7 @@ public:
         delete element;
     }
 
-    //! The element \a index, as VB's array(index); throws 340 when it is not loaded.
+    //! The element \a index; throws 340 when it is not loaded.
     T *operator()(int index) const
     {
         const auto it = m_elements.find(index);

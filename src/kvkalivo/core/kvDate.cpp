@@ -121,7 +121,7 @@ kvDate kvDate::addDays(long long days) const
 
 kvDate kvDate::addMonths(int months) const
 {
-    // QDate::addMonths clamps to the last day of the target month, as VB's DateAdd("m") does.
+    // QDate::addMonths clamps to the target month's last day: 31 January + 1 is 28/29 February.
     return fromDate(date().addMonths(months), time());
 }
 

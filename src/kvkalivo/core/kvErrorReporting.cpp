@@ -78,7 +78,7 @@ int kvErrorReporting::LeadingNumber(const QString &text)
 void kvErrorReporting::ReportFromDayCell(int code, const QString &description)
 {
     if (RaiseErrorEvent())
-        return; // a cell cannot raise the control's event; Part 1.3 swallows it
+        return; // a cell cannot raise the control's event, so the failure is swallowed
     ShowMessageBox(MessageText(code, description));
 }
 

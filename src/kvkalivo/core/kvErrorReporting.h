@@ -14,7 +14,7 @@ class kvError;
 */
 
 /*!
-    \brief Part 1.3: how the control reports a failure, and the thread-wide RaiseErrorEvent switch.
+    \brief How the control reports a failure, and the thread-wide RaiseErrorEvent switch.
 
     A failing routine catches its failure and calls one of the Report functions with its code;
     the description comes from DescribeCurrentException() inside the catch block.
@@ -25,7 +25,7 @@ public:
     //! Emits the control's \c Error signal with the filled-in thread-wide kvError.
     using RaiseEvent = std::function<void(kvError &)>;
 
-    //! The message box style of a report: vbCritical (16) with the OK button only.
+    //! The message box style of a report: the critical icon (16) with the OK button only.
     static constexpr int MessageBoxStyleCritical = 16;
 
     //! The thread-wide switch behind every control's \c RaiseErrorEvent (default False).
@@ -42,7 +42,7 @@ public:
     static void ReportFromControl(int code, const QString &description, const RaiseEvent &raiseEvent);
     /*!
         FillGrid's pending code, a text such as "12-5" CR LF description from the per-day load:
-        the Error event with an empty Description and the code's leading number (VB's Val), or
+        the Error event with an empty Description and the number the code text begins with, or
         the message box "kvKalivo-Fehlercode " followed by the code text alone.
     */
     static void ReportPendingCode(const QString &pendingCode, const RaiseEvent &raiseEvent);
@@ -51,7 +51,7 @@ public:
     //! The editor dialog failed (code 1000): always the message box.
     static void ReportFromEditor(const QString &description);
 
-    //! Base + step, added as checked 16-bit integers (Part 1.3's step codes).
+    //! Base + step, added as checked 16-bit integers: the code of a routine's failing step.
     static qint16 StepCode(int base, int step);
 
     //! The description of the exception being handled; call it inside a catch block only.

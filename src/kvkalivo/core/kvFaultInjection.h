@@ -11,7 +11,7 @@
 
 /*!
     \brief Makes a named stage of a routine fail on purpose, so that tests can reach the
-    error paths (step codes, Part 1.3) that real engines and widgets rarely take.
+    error paths (step codes) that real engines and widgets rarely take.
 
     Routines call Visit(site, stage) at each stage; it costs one comparison while nothing is
     armed. A test arms one site and stage on its thread; the next visit throws a
@@ -22,8 +22,9 @@ class KVKALIVO_TESTS_EXPORT kvFaultInjection
 public:
     /*!
         The next Visit() of \a site at \a stage on this thread throws kvRuntimeError 5 with
-        \a description. The sites are "ArrangeGrid" and "FillGrid" (stage = the step of
-        Part 1.3), "ctlDay.AddDate" and "ctlDay.Terminate" (stage 0). Replaces an armed fault.
+        \a description. The sites are "ArrangeGrid" and "FillGrid" (stage = the step in the
+        routine's step code), "ctlDay.AddDate" and "ctlDay.Terminate" (stage 0). Replaces an
+        armed fault.
     */
     static void Arm(const QString &site, int stage, const QString &description);
     //! Removes the armed fault of this thread, if any.

@@ -8,13 +8,13 @@ class QWidget;
 
 /*!
     \file kvFileDialog.h
-    \brief kvFileDialog, the file-open dialog service (VB's CommonDialog), with the filter conversion.
+    \brief kvFileDialog, the file-open dialog service, with the filter conversion.
 */
 
 /*!
-    \brief The file-open dialog service, with VB CommonDialog filters.
+    \brief The file-open dialog service, with bar-separated filters.
 
-    A VB filter is a "|"-separated list of description and pattern pairs, patterns separated
+    A filter is a "|"-separated list of description and pattern pairs, patterns separated
     by ";": "Textdateien (*.txt)|*.txt|Alle Dateien|*.*". The real one is kvSystemFileDialog;
     tests use kvScriptedFileDialog.
 */
@@ -26,18 +26,19 @@ public:
     /*!
         Asks for one existing file and returns its path, or an empty string when the user
         cancelled. \a parent owns the dialog, \a title is its caption, \a initialPath the
-        folder or file it starts in, \a vbFilter a VB filter (see the class description).
+        folder or file it starts in, \a vbFilter a bar-separated filter (see the class description).
     */
     virtual QString GetOpenFileName(QWidget *parent, const QString &title,
                                     const QString &initialPath, const QString &vbFilter) = 0;
 
     /*!
-        Converts a VB filter into a Qt name filter list: "Beschreibung|*.doc|Alle Dateien|*.*"
-        becomes "Beschreibung (*.doc);;Alle Dateien (*)". "*.*" means every file, as on Windows.
-        A description that already ends in a parenthesised pattern list, VB's way of showing
-        the patterns, has it replaced by the real ones, which is where Qt reads them from.
+        Converts a bar-separated filter into a Qt name filter list: "Beschreibung|*.doc|Alle
+        Dateien|*.*" becomes "Beschreibung (*.doc);;Alle Dateien (*)". "*.*" means every file,
+        with or without an extension. A description that already ends in a parenthesised
+        pattern list, the usual way of showing the patterns in it, has it replaced by the real
+        ones, which is where Qt reads them from.
     */
     static QString ToQtFilter(const QString &vbFilter);
-    //! One VB pattern list ("*.bat;*.cmd") as Qt patterns ("*.bat *.cmd").
+    //! One pattern list ("*.bat;*.cmd") as Qt patterns ("*.bat *.cmd").
     static QString ToQtPatterns(const QString &vbPatterns);
 };

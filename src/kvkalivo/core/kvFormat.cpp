@@ -77,7 +77,7 @@ QString replaceRuns(const QString &pattern, QChar letter, Replace replace)
 
 QString shortDate(const kvDate &value, const QLocale &locale)
 {
-    // VB shows the short date with a four-digit year ("15.11.2026"); Qt's pattern has two.
+    // "Short Date" has a four-digit year ("15.11.2026"); Qt's pattern has two.
     const QString pattern = replaceRuns(locale.dateFormat(QLocale::ShortFormat), u'y', [](int run) {
         return run == 2 ? QStringLiteral("yyyy") : QString(run, u'y');
     });
@@ -143,7 +143,7 @@ QString dateSeparator(const QLocale &locale)
 
 int weekOfYear(const kvDate &value)
 {
-    // VB's default: weeks start on Sunday and week 1 is the one holding 1 January.
+    // "ww": weeks start on Sunday and week 1 is the one holding 1 January.
     const QDate date = value.date();
     const int daysBeforeJanuaryFirst = QDate(date.year(), 1, 1).dayOfWeek() % 7;
     return (date.dayOfYear() - 1 + daysBeforeJanuaryFirst) / 7 + 1;
@@ -249,7 +249,7 @@ QList<Token> tokenize(QStringView pattern)
             afterHour = false;
             i += length;
         } else if (std::optional<Token> token = readField(c.toLower().unicode(), runLength(pattern, i))) {
-            // As in VB, "m" and "mm" right after an hour (literals between) are minutes.
+            // "m" and "mm" right after an hour (literals between) are minutes.
             if (token->field == Field::Month && afterHour)
                 token->field = Field::Minute;
             afterHour = token->field == Field::Hour;
@@ -353,7 +353,7 @@ bool isName(QStringView word, const QString &name)
     return !name.isEmpty() && word.compare(withoutTrailingDot(name), Qt::CaseInsensitive) == 0;
 }
 
-// Month names are read in the locale and, as VB does, in English.
+// Month names are read in the locale and in English.
 int monthFromName(QStringView word, const QLocale &locale)
 {
     for (const QLocale &names : {locale, QLocale::c()}) {
@@ -392,7 +392,7 @@ int fullYear(QStringView number)
     const int value = number.toInt();
     if (number.size() > 2)
         return value;
-    return value < 30 ? 2000 + value : 1900 + value;  // VB's window for two-digit years
+    return value < 30 ? 2000 + value : 1900 + value;  // two-digit years: 00-29 are 2000-2029
 }
 
 std::optional<QDate> makeDate(int year, int month, int day)
@@ -500,7 +500,7 @@ private:
             return dateWithMonthName();
         switch (m_numbers.size()) {
         case 0:
-            // A time alone is a time on day 0, as in VB.
+            // A time alone is a time on day 0.
             if (m_clock.isEmpty() || m_weekday)
                 return std::nullopt;
             return QDate(1899, 12, 30);
@@ -553,7 +553,7 @@ private:
         const int year = fullYear(m_numbers.at(2));
         if (const std::optional<QDate> date = makeDate(year, month, day))
             return date;
-        // VB swaps day and month when only that order makes a date ("03.17.2004").
+        // Day and month swap when only that order makes a date ("03.17.2004").
         return makeDate(year, day, month);
     }
 
@@ -621,7 +621,7 @@ bool IsDate(const QString &text, const QLocale &locale)
 QString MonthName(int month, bool abbreviate, const QLocale &locale)
 {
     // Standalone names: Qt's German format forms are "Dez.", "Sept.", "Juni" and "März";
-    // the standalone ones are VB's three-letter style ("Dez", "Sep", "Jun", "Mär").
+    // the standalone ones have three letters ("Dez", "Sep", "Jun", "Mär").
     if (!abbreviate)
         return locale.standaloneMonthName(month, QLocale::LongFormat);
     return withoutTrailingDot(locale.standaloneMonthName(month, QLocale::ShortFormat));

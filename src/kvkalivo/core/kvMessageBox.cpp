@@ -24,7 +24,7 @@ int kvMessageBox::DefaultResult(int buttons)
 {
     const QList<int> results = ButtonResults(buttons);
     const int index = (buttons & DefaultButtonMask) / vbDefaultButton2;
-    // VB falls back to the first button when the default names a button that is not there.
+    // A default that names a button the set does not have falls back to the first button.
     return index < results.size() ? results.at(index) : results.constFirst();
 }
 
@@ -35,7 +35,8 @@ int kvMessageBox::EscapeResult(int buttons)
         return vbCancel;
     if (results.size() == 1)
         return results.constFirst();
-    // VB ignores Escape here; Qt's message box takes it as No or Abort, so say so.
+    // Without Cancel, Escape has no answer of its own; Qt's message box takes it as No or
+    // Abort, so say so.
     return results.contains(vbNo) ? int(vbNo) : int(vbAbort);
 }
 

@@ -7,11 +7,11 @@
 
 /*!
     \file kvMessageBox.h
-    \brief kvMessageBox, the message box service (VB's MsgBox), and its style and result codes.
+    \brief kvMessageBox, the message box service, and its style and result codes.
 */
 
 /*!
-    \brief The message box service: VB's MsgBox with its style and result codes.
+    \brief The message box service: MsgBox() with numeric style and result codes.
 
     The control's logic asks kvPlatform::messageBox() instead of showing a QMessageBox, so that
     tests can script the answers (kvScriptedMessageBox). The real one is kvSystemMessageBox.
@@ -19,7 +19,7 @@
 class KVKALIVO_TESTS_EXPORT kvMessageBox
 {
 public:
-    //! VB's button styles; a style is the sum of one button set, one icon and one default button.
+    //! The styles; a style is the sum of one button set, one icon and one default button.
     enum Style {
         vbOKOnly = 0,           //!< button set: OK
         vbOKCancel = 1,         //!< button set: OK, Cancel
@@ -36,7 +36,7 @@ public:
         vbDefaultButton3 = 512  //!< the third button is the default
     };
 
-    //! VB's result codes: the button that was pressed.
+    //! The result codes: the button that was pressed.
     enum Result {
         vbOK = 1,     //!< OK
         vbCancel = 2, //!< Cancel, or Escape where there is a Cancel button

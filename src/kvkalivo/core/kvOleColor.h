@@ -11,15 +11,14 @@
 */
 
 /*!
-    \brief OLE_COLOR values (Overview, "Colour"): 0x00BBGGRR, or 0x80000000 + n for system colour n.
+    \brief OLE_COLOR values: 0x00BBGGRR, or 0x80000000 + n for system colour n.
 
-    System colours are taken from a QPalette, so they follow the desktop's theme the way
-    Windows' system colours follow the Windows theme.
+    System colours are taken from a QPalette, so they follow the desktop's theme.
 */
 class KVKALIVO_TESTS_EXPORT kvOleColor
 {
 public:
-    //! The Windows system-colour indices the control uses (GetSysColor numbering).
+    //! The system-colour indices of the OLE_COLOR convention (with their COLOR_* names).
     //! Each value names the QPalette role it is read from.
     enum SystemColor : quint32 {
         ScrollBar = 0,               //!< COLOR_SCROLLBAR: QPalette::Button

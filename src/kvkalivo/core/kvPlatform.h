@@ -26,7 +26,7 @@ class kvShell;
 class KVKALIVO_TESTS_EXPORT kvPlatform
 {
 public:
-    //! Message boxes: the error reports of Part 1.3, the delete and print questions (kvSystemMessageBox).
+    //! Message boxes: the error reports, the delete and print questions (kvSystemMessageBox).
     static kvMessageBox &messageBox();
     //! Opening linked documents from the editor (kvSystemShell).
     static kvShell &shell();

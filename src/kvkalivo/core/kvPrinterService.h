@@ -46,7 +46,7 @@ public:
     */
     virtual bool Print(QWidget *parent, const Job &job) = 0;
 
-    //! VB's number for a failure of the printer.
+    //! The error number of a failure of the printer ("Druckerfehler").
     static constexpr int PrinterErrorNumber = 482;
 
     //! A4 landscape with 10 mm margins.

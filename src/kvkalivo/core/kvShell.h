@@ -6,7 +6,7 @@
 
 /*!
     \file kvShell.h
-    \brief kvShell, the shell service that opens linked documents (Part 5.1).
+    \brief kvShell, the shell service that opens the editor's linked documents.
 */
 
 /*!

@@ -27,7 +27,7 @@ QMessageBox::Icon qtIcon(int buttons)
     }
 }
 
-//! A VB result, its Qt button and its caption, as a German desktop words it.
+//! A result code, its Qt button and its caption, as a German desktop words it.
 struct ButtonKind
 {
     int result;

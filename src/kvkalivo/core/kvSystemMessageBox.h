@@ -11,8 +11,9 @@
     \brief The real message box: a modal QMessageBox over the application's active window,
     with German buttons ("Ja", "Nein", "Abbrechen", "OK", ...) whatever translator is installed.
 
-    Where VB ignores Escape and the close box (Yes/No, Abort/Retry/Ignore), Qt's message box
-    still accepts them and answers No or Abort; see kvMessageBox::EscapeResult().
+    Button sets without Cancel (Yes/No, Abort/Retry/Ignore) have no answer of their own for
+    Escape and the close box; Qt's message box still accepts them and answers No or Abort;
+    see kvMessageBox::EscapeResult().
 */
 class KVKALIVO_TESTS_EXPORT kvSystemMessageBox : public kvMessageBox
 {

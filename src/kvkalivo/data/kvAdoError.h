@@ -26,8 +26,8 @@ class KVKALIVO_TESTS_EXPORT kvAdoError
 public:
     //! ADO's ErrorValueEnum members used here, and the HRESULTs a provider reports.
     enum Number {
-        TypeMismatch = 13,               //!< VB's "Typen unverträglich": no date where a date is wanted
-        InvalidUseOfNull = 94,           //!< VB's "Unzulässige Verwendung von Null"
+        TypeMismatch = 13,               //!< "Typen unverträglich": no date where a date is wanted
+        InvalidUseOfNull = 94,           //!< "Unzulässige Verwendung von Null"
         adErrInvalidArgument = 3001,     //!< a malformed connection string, an unsupported engine, an Update without values
         adErrNoCurrentRecord = 3021,     //!< a field read or write at EOF
         adErrFeatureNotAvailable = 3251, //!< AddNew or Update on a read-only recordset
@@ -40,9 +40,9 @@ public:
         StatementFailed = -2147217900,     //!< DB_E_ERRORSINTEXT: the engine refused a statement
     };
 
-    //! VB's 13 "Typen unverträglich": a value is no date where a date is wanted.
+    //! 13 "Typen unverträglich": a value is no date where a date is wanted.
     static kvRuntimeError typeMismatch();
-    //! VB's 94 "Unzulässige Verwendung von Null".
+    //! 94 "Unzulässige Verwendung von Null".
     static kvRuntimeError invalidUseOfNull();
     //! 3001, ADO's German text, followed by \a detail in parentheses when given.
     static kvRuntimeError invalidArgument(const QString &detail = QString());

@@ -346,7 +346,7 @@ int kvDataSource::CommandTimeoutOption(const QString &connectOptions)
     return 0;
 }
 
-// Reads a QODBC connection back in the ADO form that dialect detection (Part 2.1) understands.
+// Reads a QODBC connection back in the ADO form that kvKalivo's dialect detection understands.
 kvDataSource kvDataSource::FromOdbcDatabase(const QSqlDatabase &database)
 {
     kvDataSource source;

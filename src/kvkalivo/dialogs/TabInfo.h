@@ -5,9 +5,10 @@
 #include <QtGlobal>
 
 /*!
-    \brief Part 5.2: the scroll state of one tab of the icon picker.
+    \brief The scroll state of one tab of the icon picker.
 
-    The spelling "Sroll" of two properties is the spec's and is kept.
+    The spelling "Sroll" of two properties is deliberate: it is part of the class's
+    interface, and code that uses TabInfo calls these names.
 */
 class KVKALIVO_TESTS_EXPORT TabInfo
 {

@@ -34,6 +34,8 @@
 
 namespace {
 
+// The editor's fixed status-bar texts. "gütiges" is deliberate and kept: hosts and their tests
+// look for these exact texts.
 const QString beginInvalidMessage = QStringLiteral("'Beginnt' hat keine gütiges Datum/Zeit Format!");
 const QString endInvalidMessage = QStringLiteral("'Endet' hat keine gütiges Datum/Zeit Format!");
 const QString endBeforeBeginMessage =
@@ -150,7 +152,7 @@ QComboBox *frmEdit::CreateTimeBox(const QString &name)
     MarkTypedCommits(edit, true);
     box->setLineEdit(edit); // the box connects its own reaction to the field here
     MarkTypedCommits(edit, false);
-    // A VB combo box neither completes nor adds what is typed to its list.
+    // A time box neither completes nor adds what is typed to its list.
     box->setCompleter(nullptr);
     box->setInsertPolicy(QComboBox::NoInsert);
     box->setEditText(designTimeTime);
@@ -234,7 +236,7 @@ void frmEdit::CreateControls()
     m_imgIcon->installEventFilter(this);
     m_cmdEdit = CreateButton(QStringLiteral("cmdEdit"), QStringLiteral("..."));
     m_cmdEdit->setToolTip(QStringLiteral("Icon ändern..."));
-    // The spec gives this button no caption; it shows the style's "discard" picture.
+    // This button has no caption; it shows the style's "discard" picture.
     m_cmdDeleteIcon = CreateButton(QStringLiteral("cmdDeleteIcon"), QString());
     m_cmdDeleteIcon->setIcon(style()->standardIcon(QStyle::SP_DialogDiscardButton));
     m_cmdDeleteIcon->setToolTip(QStringLiteral("Icon löschen"));
@@ -266,7 +268,7 @@ void frmEdit::CreateContextMenu()
     m_kontext1->setObjectName(QStringLiteral("Kontext1"));
 }
 
-// The controls in the order of the spec's table: one row per label, the fields from fieldLeft.
+// The controls from top to bottom: one row per label, the fields from fieldLeft.
 void frmEdit::LayoutControls()
 {
     // The label column is as wide as its longest caption ("Dokumentverknüpfung").
@@ -414,7 +416,6 @@ void frmEdit::SetDateValues(const kvDate &dateBegin, const kvDate &dateEnd, cons
     });
 }
 
-// Steps 1 to 7.
 void frmEdit::StoreLoadedValues(const kvDate &dateBegin, const kvDate &dateEnd,
                                 const QString &name, const QString &remark, qint16 imageId,
                                 const QString &document, qint16 editAction)
@@ -436,11 +437,10 @@ void frmEdit::StoreLoadedValues(const kvDate &dateBegin, const kvDate &dateEnd,
             && Format(dateEnd, QStringLiteral("hh:nn")) == designTimeTime;
 }
 
-// Steps 8 to 13.
 void frmEdit::ShowLoadedValues()
 {
     {
-        // Setting a picker in code is not a change by the user (VB raises no Change event).
+        // Setting a picker in code is not a change by the user: no change reaction.
         const QSignalBlocker blockBegin(m_dtPickerBegin);
         const QSignalBlocker blockEnd(m_dtPickerEnd);
         m_dtPickerBegin->setDate(m_loadedBegin.date());
@@ -456,17 +456,16 @@ void frmEdit::ShowLoadedValues()
     m_shownName = m_txtName->text();
     m_shownRemark = m_txtRemark->toPlainText();
     m_shownDocument = m_txtDocument->text();
-    // Long texts show their beginning, as a VB text box does.
+    // Long texts show their beginning.
     for (QLineEdit *edit : { m_txtName, m_txtDocument })
         edit->setCursorPosition(0);
     ShowLoadedIcon();
     m_cmdDelete->setEnabled(m_editAction != 1);
-    // VB's check box raises Click when its value is set in code; toggled does only on a change.
+    // The time boxes follow the full-day box on every load; toggled fires only on a change.
     m_chkFullTime->setChecked(m_loadedFullDay);
     SetTimeBoxesEnabled(!m_loadedFullDay);
 }
 
-// Step 11.
 void frmEdit::ShowLoadedIcon()
 {
     m_imgIcon->setProperty("Tag", QString::number(m_loadedImageId));
@@ -477,14 +476,15 @@ void frmEdit::ShowLoadedIcon()
         ShowIconPicture(copyList.ListImage(m_iconListIndex));
 }
 
-// Step 14: appended on every load, never cleared (the reused form's lists grow by design).
+// Deliberately appended on every load and never cleared: each use of the reused editor adds
+// another 47 entries to both time lists.
 void frmEdit::AppendTimeLists()
 {
     QStringList entries;
     for (int step = 1; step <= TimeListEntries; ++step)
         entries.append(halfHourText(step));
     for (QComboBox *box : { m_cboTimeBegin, m_cboTimeEnd }) {
-        // Adding to an empty Qt combo selects the first entry; VB's AddItem leaves the text.
+        // Adding to an empty combo box selects its first entry; the box keeps the text it shows.
         const QString text = box->currentText();
         const QSignalBlocker block(box);
         box->addItems(entries);
@@ -516,7 +516,8 @@ void frmEdit::GetDateValues(kvDate &dateBegin, kvDate &dateEnd, QString &name, Q
 
 bool frmEdit::DialogDiffersFromLoaded() const
 {
-    // Compared as 16-bit integers: checked is 1, the loaded True is -1 (a required quirk).
+    // Compared as 16-bit integers, checked 1 against the loaded True -1: deliberately, a loaded
+    // whole-day appointment always counts as changed, so OK writes it back.
     const qint16 checkState = m_chkFullTime->isChecked() ? 1 : 0;
     const qint16 loadedFullDay = m_loadedFullDay ? -1 : 0;
     if (checkState != loadedFullDay)
@@ -587,7 +588,7 @@ std::optional<kvDate> frmEdit::EndDateTime() const
     return CDate(DateTimeText(m_dtPickerEnd, m_cboTimeEnd->currentText()));
 }
 
-//! The system's date parser on the combined text; an unreadable text is VB's type mismatch.
+//! CDate() on the combined text; an unreadable text is error 13 "Typen unverträglich".
 kvDate frmEdit::ParsedDateTime(const QDateEdit *picker, const QString &timeText) const
 {
     const std::optional<kvDate> value = CDate(DateTimeText(picker, timeText));
@@ -640,7 +641,7 @@ void frmEdit::SetTimeBoxesEnabled(bool enabled)
     }
 }
 
-// The picker's left and top in pixels; the editor's frame position, as VB's Left and Top.
+// Beside the icon box, measured from the editor's frame position (pos(), not geometry()).
 void frmEdit::PlacePicker()
 {
     frmPicSelector &picker = frmPicSelector::ThreadInstance();
@@ -714,7 +715,7 @@ bool frmEdit::eventFilter(QObject *watched, QEvent *event)
     if (event->type() == QEvent::FocusOut && !m_refocusing
         && (watched == m_cboTimeBegin || watched == m_cboTimeEnd)) {
         const Qt::FocusReason reason = static_cast<QFocusEvent *>(event)->reason();
-        // VB validates only when the focus moves to another control of the form.
+        // A time box validates only when the focus moves to another control of the editor.
         if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason) {
             Guarded([&] {
                 if (watched == m_cboTimeBegin)
@@ -904,7 +905,7 @@ bool frmEdit::OpenDocument(const QString &path)
         if (result == kvShell::NoAssociation)
             kvPlatform::shell().OpenWith(path);
     } catch (...) {
-        // Errors inside are ignored, as the spec's On Error Resume Next.
+        // Any other failure is ignored: the document does not open, and nothing is reported.
     }
     return true;
 }

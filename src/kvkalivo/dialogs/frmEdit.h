@@ -22,23 +22,24 @@ class QPushButton;
 class QStatusBar;
 
 /*!
-    \brief Part 5.1: the appointment editor. One instance per thread, created on first use and
+    \brief The appointment editor. One instance per thread, created on first use and
     hidden between uses (OK, Cancel, Delete and the close box all hide it), so that its
     controls and state, the ever-growing time lists included, persist from one use to the next.
 
-    The edit flow (Part 2.3) resets the picker, calls SetDateValues(), shows the editor through
+    kvKalivo's edit flow resets the picker, calls SetDateValues(), shows the editor through
     kvPlatform::modalRunner() and reads the result with GetDateValues(). The editor never
-    touches the database. Every named control of the spec is a child with that objectName;
-    the ImageID of the shown icon is the "Tag" property of \c ImgIcon as decimal text.
+    touches the database. Every control is a child with a fixed objectName (\c txtName,
+    \c cboTimeBegin, …); the ImageID of the shown icon is the "Tag" property of \c ImgIcon
+    as decimal text.
 */
 class KVKALIVO_TESTS_EXPORT frmEdit : public QDialog
 {
     Q_OBJECT
 
 public:
-    //! VB's QueryUnload reason "the owner form is closing" (vbFormOwner).
+    //! QueryUnload() reason: the owner window is closing.
     static constexpr int UnloadModeOwner = 5;
-    //! VB's QueryUnload reason "the close box" (vbFormControlMenu).
+    //! QueryUnload() reason: the user pressed the close box.
     static constexpr int UnloadModeControlMenu = 0;
     static constexpr int RemarkWidth = 377;
     static constexpr int TimeListEntries = 47;
@@ -55,8 +56,8 @@ public:
     ~frmEdit() override;
 
     /*!
-        Loads one appointment (\a editAction 1 new, 3 existing). The spec passes ImageID,
-        Document and EditAction by reference but only reads them; here they are values.
+        Loads one appointment (\a editAction 1 new, 3 existing). ImageID, Document and
+        EditAction are only read, so they are values.
     */
     void SetDateValues(const kvDate &dateBegin, const kvDate &dateEnd, const QString &name,
                        const QString &remark, qint16 imageId, const QString &document,
@@ -70,15 +71,15 @@ public:
                        qint16 &imageId, QString &document, qint16 &editAction);
 
     /*!
-        VB's QueryUnload: for UnloadModeOwner the picker and the editor are destroyed (later)
+        Closing the editor: for UnloadModeOwner the picker and the editor are destroyed (later)
         and false is returned; for any other reason the form is hidden, Cancelled is set and
         true (unload cancelled) is returned.
     */
     bool QueryUnload(int unloadMode);
 
-    //! Part 3.1, FillGrid step 3: icon controls only with an ImageID column.
+    //! FillGrid enables the icon controls only when the table has an ImageID column.
     void setIconControlsEnabled(bool enabled);
-    //! Part 3.1, FillGrid step 3: document controls only with a Document column.
+    //! FillGrid enables the document controls only when the table has a Document column.
     void setDocumentControlsEnabled(bool enabled);
 
     bool Cancelled() const { return m_cancelled; }
@@ -166,7 +167,7 @@ private:
     QString RemarkValue() const;
     QString DocumentValue() const;
 
-    //! Runs an event handler; a failure is reported as code 1000 (Part 1.3).
+    //! Runs an event handler; a failure is reported as code 1000.
     template <typename Handler>
     void Guarded(Handler handler);
 

@@ -28,7 +28,7 @@ constexpr std::array<qint16, frmPicSelector::CategoryCount> builtinCategorySizes
     21, 13, 8, 13, 9, 11
 };
 
-// The fixed binding of the categories 1 .. 6 to the picture arrays Img1 .. Img6 (Part 5.2).
+// The fixed binding of the categories 1 .. 6 to the picture arrays Img1 .. Img6.
 constexpr std::array<int, frmPicSelector::CategoryCount> imageArrayOfCategory = {
     1, 3, 4, 6, 2, 5
 };
@@ -91,7 +91,7 @@ std::array<qint16, frmPicSelector::CategoryCount> categorySizesOf(const QStringL
     return sizes;
 }
 
-// Windows found "12.ICO" under the name 12.ico; so does the loader.
+// An icon file is found whatever the case of its name: "12.ICO" counts as 12.ico.
 QHash<QString, QString> filesByLowerCaseName(const QStringList &fileNames)
 {
     QHash<QString, QString> files;
@@ -106,7 +106,7 @@ QStringList iconFilesOf(const QString &folder)
 {
     if (folder.isEmpty() || !QFileInfo(folder).isDir())
         return {};
-    // Name filters match without regard to case, as "*.ico" did on Windows.
+    // QDir's name filters match without regard to case: "*.ico" also lists "12.ICO".
     return QDir(folder).entryList({ QStringLiteral("*.ico") }, QDir::Files, QDir::Name);
 }
 
@@ -306,7 +306,7 @@ void frmPicSelector::paintEvent(QPaintEvent *)
     style()->drawPrimitive(QStyle::PE_FrameTabWidget, &pane, &painter, this);
 }
 
-// --- Loading (Part 5.2) -----------------------------------------------------------------------
+// --- Loading ----------------------------------------------------------------------------------
 
 void frmPicSelector::loadPics(const QString &folder)
 {
@@ -373,7 +373,7 @@ void frmPicSelector::arrangePics()
 void frmPicSelector::ArrangeCategory(int category, TabInfo &tab)
 {
     const int size = m_categorySizes[category - 1];
-    // C++ divides toward zero like VB's \, so an empty category still has one row.
+    // Division truncates toward zero, so an empty category still has one row.
     const int rowCount = (size - 1) / Columns + 1;
     tab.setRowCount(qint16(rowCount));
     tab.setSrollPosition(1);
@@ -458,7 +458,7 @@ void frmPicSelector::Img_Click(QToolButton *picture)
     accept();
 }
 
-// --- Numbering (Part 5.2) ---------------------------------------------------------------------
+// --- Numbering --------------------------------------------------------------------------------
 
 qint16 frmPicSelector::GetImgListIndex() const
 {

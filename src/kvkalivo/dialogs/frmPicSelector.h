@@ -18,7 +18,7 @@ class QScrollBar;
 class QTabBar;
 
 /*!
-    \brief Part 5.2: the icon picker. One instance per thread, created on first use and
+    \brief The icon picker. One instance per thread, created on first use and
     hidden between uses; every kvKalivo of the thread shares it.
 
     It shows the pictures of six categories on the tabs of \c TabStrip, five to a row, and
@@ -27,7 +27,7 @@ class QTabBar;
     source list (32 pixels) that loadPics() fills; \c ImageListSmall is the copy (16 pixels)
     that arrangePics() refills; both hold the same pictures under the same indexes.
 
-    A folder's pictures are numbered without gaps by the spec. A file that is missing or does
+    A folder's pictures are numbered without gaps. A file that is missing or does
     not load adds no picture, so every later picture moves up one index: the ImageIDs after
     the gap show the picture of the next file, the last ones are clamped to the last picture,
     and the picture controls that are left without a picture at the end of the list are
@@ -45,7 +45,7 @@ public:
     static constexpr int RowHeight = 32;
     static constexpr int PictureControlSize = 33;
 
-    //! The thread's picker, created hidden on first use (Part 1.1, Initialize step 3).
+    //! The thread's picker, created hidden on first use.
     static frmPicSelector &ThreadInstance();
     static bool HasThreadInstance();
     ~frmPicSelector() override;

@@ -86,7 +86,7 @@ constexpr HolidayRule relative(std::u16string_view name, Anchor anchor, int offs
     return {name, anchor, offset, 0, 0};
 }
 
-// The spec's table in its order of test; the order is the tie-break.
+// The holiday table in its order of test; the order is the tie-break.
 constexpr std::array<HolidayRule, 25> holidayTable = {{
     fixed(u"Neujahrstag        ", 1, 1),
     fixed(u"Hl. drei Könige    ", 1, 6),
@@ -164,7 +164,7 @@ QString withoutTrailingBlanks(std::u16string_view padded)
 
 kvDate GetEasterSunday(qint16 year)
 {
-    // int arithmetic: s overflows 16 bits near the ends of the range, and the spec wants no error.
+    // int arithmetic: s overflows 16 bits near the ends of the range, and any year gives a date.
     const int y = year;
     const CenturyConstants k = centuryConstants(y);
     const int e = correctedE((k.b - 11 * (y % 19)) % 30, k.c);

@@ -11,7 +11,8 @@
 */
 
 /*!
-    \brief The ISO 8601 calendar week of \a date, computed by the spec's five steps (Part 1.2).
+    \brief The ISO 8601 calendar week of \a date: weeks start on Monday, and week 1
+    holds the year's first Thursday.
 
     The one function behind the status bar's "N. KW", the grid's week column and the
     printout. The time of day is ignored. Returns 1 to 53, or 0 for an invalid date.

@@ -21,7 +21,7 @@
 
 namespace {
 
-// ADO's enumerations as the spec passes them.
+// ADO's command, cursor and lock values, as the store passes them to the data layer.
 constexpr int adCmdText = 1;
 constexpr int adCmdTable = 2;
 constexpr int adCmdUnspecified = -1;
@@ -83,7 +83,8 @@ qint16 kvAppointmentStore::ChooseDialect(const kvConnection *connection) const
         return kvSqlTexts::DatabaseDialect(m_dbDateFormat, QString(), QString());
     if (!connection)
         throw objectVariableNotSet();
-    // The connection string is read only when the provider is not Jet, as in the spec.
+    // A Jet provider means Access whatever the connection string says; only other providers'
+    // connection strings are read.
     if (kvSqlTexts::IsJetProvider(connection->Provider()))
         return kvSqlTexts::MicrosoftAccess;
     return kvSqlTexts::DialectFromConnectionString(connection->ConnectionString());
@@ -260,7 +261,7 @@ std::optional<kvDate> kvAppointmentStore::FindNextAppointment(const kvDate &last
             return FirstDate(kvParameterizedSql::NextQuery(TableName(), lastDisplayedDay, m_dialect, Engine()));
         return FirstDate({kvSqlTexts::NextQuery(m_recordSource, lastDisplayedDay, m_dialect), {}});
     } catch (...) {
-        return std::nullopt; // the searches stop silently (Part 2.2)
+        return std::nullopt; // a failed search finds nothing and reports nothing
     }
 }
 
@@ -282,7 +283,7 @@ std::optional<kvDate> kvAppointmentStore::FirstDate(const kvSqlStatement &statem
     const QVariant next = FirstValue(statement, "NextDate");
     if (!next.isValid())
         return std::nullopt;
-    // The spec's round trip through "dd-mm-yyyy" drops the time of day.
+    // The round trip through "dd-mm-yyyy" drops the time of day: the searches return days.
     return CDate(Format(kvField::ToDate(next), QStringLiteral("dd-mm-yyyy")));
 }
 

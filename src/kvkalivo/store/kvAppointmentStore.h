@@ -19,16 +19,16 @@ class kvConnection;
 class kvFields;
 
 /*!
-    \brief Parts 2.1, 2.2 and the writers of 2.3: the host's connection and table, dialect and
-    column probe, the per-day, next and previous queries, and inserts, updates and deletes.
+    \brief The appointment store: the host's connection and table, dialect and column probe,
+    the per-day, next and previous queries, and inserts, updates and deletes.
 
-    The store holds the connection without owning it (it becomes Nothing when the host
-    deletes it). With ParameterizedSql false it sends the spec's texts exactly (kvSqlTexts);
+    The store holds the connection without owning it (it becomes null when the host
+    deletes it). With ParameterizedSql false it sends the plain SQL texts exactly (kvSqlTexts);
     with true it binds every value (kvParameterizedSql) and accepts only one table name
     (kvTableName), which it quotes as the engine wants.
 
-    Failures: SetConnection lets the data layer's kvRuntimeError through, as ADO errors
-    propagated in the spec; LoadDayAppointments returns "12-" step CR LF description; the
+    Failures: SetConnection lets the data layer's kvRuntimeError through to kvKalivo, which
+    reports it; LoadDayAppointments returns "12-" step CR LF description; the
     searches return nothing on failure; the writers hand their failure to the reporter
     (800 insert, 600 update, 700 delete) and never throw.
 */
@@ -37,7 +37,7 @@ class KVKALIVO_TESTS_EXPORT kvAppointmentStore : public QObject
     Q_OBJECT
 
 public:
-    //! Receives a writer's failure: its code and the failure's description (Part 1.3).
+    //! Receives a writer's failure: its code and the failure's description.
     using Reporter = std::function<void(int code, const QString &description)>;
 
     static constexpr int UpdateFailureCode = 600;
@@ -51,12 +51,12 @@ public:
 
     kvConnection *Connection() const { return m_connection.data(); }
     /*!
-        Part 2.1's procedure: stores \a connection, chooses DatabaseDialect, and unless it is
+        Stores \a connection, chooses DatabaseDialect, and unless it is
         nullptr reads its State (announced by ConnectionStateRead before the probe, and
         returned) and probes the table's optional columns. nullptr returns std::nullopt.
         Throws the data layer's kvRuntimeError (a closed connection, a missing table, a
-        locked file, ...), and error 91 for nullptr while DbDateFormat is kvAuto (Provider of
-        Nothing). A failed probe leaves the columns unknown, not absent: the next load,
+        locked file, ...), and error 91 for nullptr while DbDateFormat is kvAuto (no Provider to
+        read). A failed probe leaves the columns unknown, not absent: the next load,
         insert or update probes again first and fails with it while it fails, so that no
         row is written without the columns the table has.
     */
@@ -81,13 +81,13 @@ public:
 
     void SetReporter(Reporter reporter) { m_reporter = std::move(reporter); }
 
-    //! Part 2.1's FormatDbDate with the current DatabaseDialect.
+    //! The SQL date literal of \a date in the current DatabaseDialect (see kvSqlTexts).
     QString FormatDbDate(const kvDate &date) const;
     //! Connection set, its ConnectionString not empty and RecordSource not empty.
     bool CanQuery() const;
 
     /*!
-        Part 2.2: adds every appointment that touches \a day to \a cell (through AddDate, with
+        Adds every appointment that touches \a day to \a cell (through AddDate, with
         \a backColor), marking those begun earlier as continued. Returns empty text, or on
         failure "12-" + step + CR LF + description; rows already added stay. Does nothing
         unless CanQuery().
@@ -120,7 +120,7 @@ public:
                            bool &bCancel);
 
 Q_SIGNALS:
-    //! Step 4 of setting the connection: "Next", "Previous" and "New" follow State != 0.
+    //! SetConnection() read the State (before the probe); "Next", "Previous", "New" follow it.
     void ConnectionStateRead(int State);
 
 private:

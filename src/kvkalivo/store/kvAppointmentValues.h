@@ -5,7 +5,7 @@
 #include <QString>
 #include <QtGlobal>
 
-//! One appointment's values as the writers take them (the spec's shared `Appointment`).
+//! One appointment's values as the writers take them: a row of the appointment table.
 struct kvAppointmentValues
 {
     qint32 DateID = 0;

@@ -25,7 +25,7 @@ std::optional<double> numberFromText(const QString &text)
     double number = QLocale::c().toDouble(text.trimmed(), &ok);
     if (!ok)
         number = QLocale(QLocale::German, QLocale::Germany).toDouble(text.trimmed(), &ok);
-    // QLocale reads "nan" and "inf"; VB's IsNumeric does not.
+    // QLocale reads "nan" and "inf"; IsNumeric() does not count them as numbers.
     return ok && std::isfinite(number) ? std::optional<double>(number) : std::nullopt;
 }
 
@@ -95,7 +95,7 @@ double kvFieldConversion::ToNumber(const QVariant &value)
 {
     RequireNotNull(value);
     if (value.typeId() == QMetaType::Bool)
-        return value.toBool() ? -1.0 : 0.0; // VB's True
+        return value.toBool() ? -1.0 : 0.0; // True is -1
     if (isNumberType(value))
         return value.toDouble();
     if (const std::optional<double> number = numberFromText(value.toString()))

@@ -1,6 +1,6 @@
 #pragma once
 
-//! Which optional columns the appointment table has (Part 2.1's column probe).
+//! Which optional columns the appointment table has (the column probe when a connection is set).
 struct kvOptionalColumns
 {
     bool Remark = false;

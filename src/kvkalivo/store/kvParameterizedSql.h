@@ -15,7 +15,7 @@
     marker, and the SQL is the common subset SQLite, MariaDB/MySQL, SQL Server and Access
     accept (no [brackets], no table-qualified SET columns, plain DELETE FROM).
 
-    The statements select and change the same rows as the spec's texts: the per-day, next
+    The statements select and change the same rows as kvSqlTexts: the per-day, next
     and previous conditions are the same, with the date literals replaced by markers. Dates
     are bound at the precision of the dialect's literal (seconds only for SQL Server). In
     queries they are bound as the text the literal holds on SQLite and MariaDB/MySQL, so that

@@ -9,12 +9,13 @@
 #include <QtGlobal>
 
 /*!
-    \brief The spec's SQL texts, built by plain concatenation exactly as Parts 2.1 to 2.3 give
-    them: dialect choice, date literals, the per-day, next and previous queries, UPDATE and
+    \brief The SQL texts the control sends by default, built by plain concatenation: dialect
+    choice, date literals, the per-day, next and previous queries, UPDATE and
     DELETE, and the delete question.
 
     Pure functions: no database is touched. The table name is inserted verbatim and text
-    values are not escaped (Part 2.3 requires it); kvParameterizedSql is the safe counterpart.
+    values are not escaped, deliberately: with ParameterizedSql false, hosts get exactly these
+    texts. kvParameterizedSql is the safe counterpart.
 */
 class KVKALIVO_TESTS_EXPORT kvSqlTexts
 {
@@ -23,7 +24,7 @@ public:
     enum Dialect : qint16 { Auto = 0, MicrosoftSql = 1, MicrosoftAccess = 2, MySql = 3 };
 
     /*!
-        Part 2.1 step 2: an explicit \a dbDateFormat 1, 2 or 3 wins; otherwise Access when
+        The dialect: an explicit \a dbDateFormat 1, 2 or 3 wins; otherwise Access when
         \a provider contains "Microsoft.Jet.OLEDB" (case-sensitive), SQL Server when the
         upper-cased \a connectionString contains "SQL SERVER" or "SQLOLEDB", else MySQL.
     */
@@ -36,21 +37,24 @@ public:
     //! #mm-dd-yyyy hh:nn# (2), CONVERT(DATETIME,'yyyy-mm-dd hh:nn:ss',102) (1), else 'yyyy-mm-dd hh:nn'.
     static QString FormatDbDate(const kvDate &date, int dialect);
 
-    //! Part 2.2's per-day query for \a day (no blank before "ORDER BY").
+    //! The per-day query for \a day (no blank before "ORDER BY").
     static QString DayQuery(const QString &table, const kvDate &day, int dialect);
-    //! Part 2.2's search after the last displayed day (from its next day's 00:00).
+    //! The search after the last displayed day (from its next day's 00:00).
     static QString NextQuery(const QString &table, const kvDate &lastDisplayedDay, int dialect);
-    //! Part 2.2's search before the first displayed day's 00:00.
+    //! The search before the first displayed day's 00:00.
     static QString PreviousQuery(const QString &table, const kvDate &firstDisplayedDay, int dialect);
 
-    //! Part 2.3's UPDATE, naming only the optional columns that exist.
+    //! The UPDATE, naming only the optional columns that exist.
     static QString UpdateStatement(const QString &table, int dialect,
                                    const kvAppointmentValues &values,
                                    const kvOptionalColumns &columns);
-    //! Part 2.3's "DELETE T.* FROM T WHERE (T.DateID = n)".
+    //! "DELETE T.* FROM T WHERE (T.DateID = n)".
     static QString DeleteStatement(const QString &table, qint32 dateId);
 
-    //! "Termin < Name> löschen?" for an all-day appointment, else "Termin <hh:nn Name> löschen?".
+    /*!
+        "Termin < Name> löschen?" for an all-day appointment, else "Termin <hh:nn Name> löschen?".
+        The blank after "<" in the first form only is deliberate: hosts compare these texts.
+    */
     static QString DeleteQuestion(const kvDate &dateBegin, const QString &name);
 
 private:

@@ -19,7 +19,7 @@
 class KVKALIVO_TESTS_EXPORT kvTableName
 {
 public:
-    //! The number of the error a refused name raises (VB's "invalid procedure call").
+    //! The number of the error a refused name raises: 5, an invalid argument.
     static constexpr int RefusedNumber = 5;
 
     //! Reads \a recordSource; throws kvRuntimeError 5 naming it unless it is one table name.
