@@ -88,20 +88,15 @@ private slots:
         QTest::newRow("long: unsigned system colour") << 'L' << QVariant(0x8000000Bu) << QVariant(inactiveBorder);
         QTest::newRow("long: 0xFFFFFFFF") << 'L' << QVariant(quint32(0xFFFFFFFF)) << QVariant(-1);
         QTest::newRow("long: qint64 too big") << 'L' << QVariant(qint64(0x100000000)) << QVariant();
-        QTest::newRow("long: whole double") << 'L' << QVariant(12.0) << QVariant(12);
         QTest::newRow("long: fractional double") << 'L' << QVariant(1.5) << QVariant();
         QTest::newRow("long: unsigned text") << 'L' << QVariant("2147483659") << QVariant(inactiveBorder);
         QTest::newRow("long: VB hex text") << 'L' << QVariant("&H8000000B") << QVariant(inactiveBorder);
-        QTest::newRow("long: hex too big") << 'L' << QVariant("0x100000000") << QVariant();
         QTest::newRow("long: decimal with fraction") << 'L' << QVariant("1.0") << QVariant();
-        QTest::newRow("long: bool") << 'L' << QVariant(true) << QVariant();
-        QTest::newRow("integer: 32767") << 'I' << QVariant(32767) << QVariant(32767);
         QTest::newRow("integer: 32768") << 'I' << QVariant(32768) << QVariant();
         QTest::newRow("integer: hex 0xFFFF") << 'I' << QVariant("0xFFFF") << QVariant();
         QTest::newRow("boolean: 16-bit True") << 'B' << QVariant::fromValue(qint16(-1)) << QVariant(true);
         QTest::newRow("boolean: 2") << 'B' << QVariant(2) << QVariant();
         QTest::newRow("boolean: text TRUE") << 'B' << QVariant(" TRUE ") << QVariant(true);
-        QTest::newRow("boolean: text 0") << 'B' << QVariant("0") << QVariant(false);
         QTest::newRow("boolean: maybe") << 'B' << QVariant("maybe") << QVariant();
         QTest::newRow("string: INI list") << 'S' << QVariant(QStringList{"Seite 1", "Kalender"}) << QVariant("Seite 1, Kalender");
         QTest::newRow("string: number") << 'S' << QVariant(12) << QVariant("12");
@@ -115,7 +110,6 @@ private slots:
         QTest::newRow("date: OLE text") << 'D' << QVariant("45382") << QVariant(QDateTime(QDate(2024, 3, 31), QTime(0, 0), Qt::UTC));
         QTest::newRow("date: German text") << 'D' << QVariant("31.03.2024") << QVariant();
         QTest::newRow("date: hour 25") << 'D' << QVariant("2024-03-31T25:00:00") << QVariant();
-        QTest::newRow("date: beyond 9999") << 'D' << QVariant(3e6) << QVariant();
     }
 
     void conversions()
@@ -150,7 +144,6 @@ private slots:
         QTest::newRow("colour signed and unsigned") << QVariant(0x8000000Bu) << QVariant(inactiveBorder) << true;
         QTest::newRow("True and -1") << QVariant(true) << QVariant(-1) << true;
         QTest::newRow("False and True") << QVariant(false) << QVariant(true) << false;
-        QTest::newRow("empty strings") << QVariant("") << QVariant(QString()) << true;
         QTest::newRow("case matters") << QVariant("a") << QVariant("A") << false;
         QTest::newRow("dates differ in time") << QVariant::fromValue(kvDate::fromDate(QDate(2024, 1, 1), QTime(8, 0)))
                                               << QVariant(QDate(2024, 1, 1)) << false;
