@@ -1,3 +1,4 @@
+// Recordsets, commands, fields and the appointment table on SQLite.
 #include "kvAdoError.h"
 #include "kvAppointmentTable.h"
 #include "kvCommand.h"
@@ -20,12 +21,6 @@ kvDate at(int year, int month, int day, int hour = 0, int minute = 0)
     return kvDate::fromDate(QDate(year, month, day), QTime(hour, minute));
 }
 
-QString itemNotFoundText()
-{
-    return QStringLiteral("Das Element wurde in der Auflistung, die dem angeforderten Namen oder Ordinalwert "
-                          "entspricht, nicht gefunden.");
-}
-
 } // namespace
 
 class tst_kvRecordset : public QObject
@@ -46,45 +41,39 @@ private:
         return texts;
     }
 
-    // Adds one appointment through AddNew/Update, as InsertAppointment (Part 2.3) does.
-    void insert(const QVariant &begin, const QVariant &end, const QString &name, const QVariant &remark = QVariant(),
-                const QVariant &imageId = QVariant())
+    // One appointment through AddNew/Update, as the store inserts one.
+    void insert(const QVariant &begin, const QString &name, const QVariant &remark = QVariant(), const QVariant &imageId = QVariant())
     {
         kvRecordset recordset;
-        recordset.Open(QStringLiteral("Termine"), m_connection.get(), kvRecordset::adOpenKeyset,
-                       kvRecordset::adLockPessimistic, kvRecordset::adCmdTable);
+        recordset.Open("Termine", m_connection.get(), kvRecordset::adOpenKeyset, kvRecordset::adLockPessimistic, kvRecordset::adCmdTable);
         recordset.AddNew();
-        recordset.setValue(QStringLiteral("DateBegin"), begin);
-        recordset.setValue(QStringLiteral("DateEnd"), end);
-        recordset.setValue(QStringLiteral("Name"), name);
+        recordset.setValue("DateBegin", begin);
+        recordset.setValue("dateend", begin);
+        recordset.setValue("Name", name);
         if (remark.isValid())
-            recordset.setValue(QStringLiteral("Remark"), remark);
+            recordset.setValue("Remark", remark);
         if (imageId.isValid())
-            recordset.setValue(QStringLiteral("ImageID"), imageId);
+            recordset.setValue("ImageID", imageId);
         recordset.Update();
-        recordset.Close();
     }
 
-    QString storedText(const QString &column, int dateId) const
+    QString stored(const QString &sql) const
     {
         QSqlQuery query(m_connection->Database());
-        if (!query.exec(QStringLiteral("SELECT %1 FROM Termine WHERE DateID = %2").arg(column).arg(dateId)) || !query.next())
-            return QStringLiteral("<missing>");
-        return query.value(0).toString();
+        return query.exec(sql) && query.next() ? query.value(0).toString() : QStringLiteral("<missing>");
     }
 
 private slots:
     void initTestCase()
     {
         QVERIFY2(useBerlinTime(), "Europe/Berlin must have its 2026 spring-forward gap for the date tests");
-        QVERIFY(m_folder.isValid());
     }
 
     void init()
     {
         m_connection = std::make_unique<kvConnection>();
-        m_connection->Open(QStringLiteral("Driver=SQLite3;Database=") + m_folder.filePath(QStringLiteral("t%1.db").arg(++m_databaseNumber)));
-        kvAppointmentTable::Create(*m_connection, QStringLiteral("Termine"));
+        m_connection->Open("Driver=SQLite3;Database=" + m_folder.filePath(QStringLiteral("t%1.db").arg(++m_databaseNumber)));
+        kvAppointmentTable::Create(*m_connection, "Termine");
         m_trace = std::make_unique<QSignalSpy>(m_connection.get(), &kvConnection::StatementExecuted);
     }
 
@@ -94,243 +83,174 @@ private slots:
         m_connection.reset();
     }
 
-    void tableOnAnEmptyTableHasFieldNamesAtEOF()
+    void createTableTexts_data()
+    {
+        QTest::addColumn<QString>("engine");
+        QTest::addColumn<bool>("optional");
+        QTest::addColumn<QString>("table");
+        QTest::newRow("SQLite") << "sqlite" << true
+            << "CREATE TABLE Termine (DateID INTEGER PRIMARY KEY AUTOINCREMENT, DateBegin DATETIME NOT NULL, DateEnd DATETIME "
+               "NOT NULL, Name TEXT NOT NULL, Remark TEXT, Document TEXT, ImageID SMALLINT)";
+        QTest::newRow("SQLite without optional") << "SQLite" << false
+            << "CREATE TABLE Termine (DateID INTEGER PRIMARY KEY AUTOINCREMENT, DateBegin DATETIME NOT NULL, DateEnd DATETIME "
+               "NOT NULL, Name TEXT NOT NULL)";
+        QTest::newRow("MariaDB") << "MariaDB" << true
+            << "CREATE TABLE Termine (DateID INT NOT NULL AUTO_INCREMENT PRIMARY KEY, DateBegin DATETIME NOT NULL, DateEnd "
+               "DATETIME NOT NULL, Name VARCHAR(255) NOT NULL, Remark TEXT NULL, Document TEXT NULL, ImageID SMALLINT NULL) "
+               "ENGINE=InnoDB DEFAULT CHARSET=utf8mb4";
+        QTest::newRow("SQL Server") << "SQLServer" << true
+            << "CREATE TABLE Termine (DateID INT IDENTITY(1,1) NOT NULL PRIMARY KEY, DateBegin DATETIME NOT NULL, DateEnd "
+               "DATETIME NOT NULL, Name NVARCHAR(255) NOT NULL, Remark NVARCHAR(MAX) NULL, Document NVARCHAR(MAX) NULL, "
+               "ImageID SMALLINT NULL)";
+        QTest::newRow("Access") << "Access" << true
+            << "CREATE TABLE Termine (DateID COUNTER PRIMARY KEY, DateBegin DATETIME NOT NULL, DateEnd DATETIME NOT NULL, "
+               "Name TEXT(255) NOT NULL, Remark MEMO, Document MEMO, ImageID SHORT)";
+    }
+
+    void createTableTexts()
+    {
+        QFETCH(QString, engine);
+        QFETCH(bool, optional);
+        QFETCH(QString, table);
+        QCOMPARE(kvAppointmentTable::CreateTableSql(engine, "Termine", optional),
+                 (QStringList{table, "CREATE INDEX IX_Termine_DateBegin ON Termine (DateBegin)",
+                              "CREATE INDEX IX_Termine_DateEnd ON Termine (DateEnd)"}));
+        QCOMPARE(kvAppointmentTable::CreateTableSql(engine, "dbo.Termine").at(1),
+                 QStringLiteral("CREATE INDEX IX_dbo_Termine_DateBegin ON dbo.Termine (DateBegin)"));
+    }
+
+    void createTableFailures()
+    {
+        QString description;
+        QCOMPARE(errorNumber([&] { kvAppointmentTable::CreateTableSql("Oracle", "T"); }, &description), 3001);
+        QVERIFY2(description.contains("'Oracle'"), qPrintable(description));
+        QVERIFY(errorNumber([&] { kvAppointmentTable::Create(*m_connection, "Termine"); }, &description) != 0);
+        QCOMPARE(description, QStringLiteral("table Termine already exists"));
+        kvConnection closed;
+        QCOMPARE(errorNumber([&] { kvAppointmentTable::Create(closed, "Termine"); }), 3709);
+    }
+
+    void emptyTableHasItsFieldsAtEOF()
     {
         kvRecordset recordset;
-        QCOMPARE(recordset.State(), int(kvRecordset::adStateClosed));
-        recordset.Open(QStringLiteral("Termine"), m_connection.get(), kvRecordset::adOpenForwardOnly,
-                       kvRecordset::adLockReadOnly, kvRecordset::adCmdTable);
-        QCOMPARE(traced(), QStringList{QStringLiteral("SELECT * FROM Termine")});
-        QCOMPARE(recordset.Source(), QStringLiteral("SELECT * FROM Termine"));
-        QCOMPARE(recordset.State(), int(kvRecordset::adStateOpen));
+        recordset.Open("Termine", m_connection.get(), kvRecordset::adOpenForwardOnly, kvRecordset::adLockReadOnly, kvRecordset::adCmdTable);
+        QCOMPARE(traced(), QStringList{"SELECT * FROM Termine"});
         QVERIFY(recordset.EOF());
         const kvFields fields = recordset.Fields();
-        QCOMPARE(fields.Count(), 7);
-        QCOMPARE(fields.Names(), (QStringList{QStringLiteral("DateID"), QStringLiteral("DateBegin"), QStringLiteral("DateEnd"),
-                                              QStringLiteral("Name"), QStringLiteral("Remark"), QStringLiteral("Document"),
-                                              QStringLiteral("ImageID")}));
-        QCOMPARE(fields.Item(6).Name(), QStringLiteral("ImageID"));
-        QCOMPARE(fields[QStringLiteral("REMARK")].Name(), QStringLiteral("Remark"));
-        QCOMPARE(errorNumber([&] { fields[QStringLiteral("Name")].Value(); }), 3021);
+        QCOMPARE(fields.Names(), (QStringList{"DateID", "DateBegin", "DateEnd", "Name", "Remark", "Document", "ImageID"}));
+        QCOMPARE(fields["REMARK"].Name(), QStringLiteral("Remark"));
+        QCOMPARE(errorNumber([&] { fields["Name"].Value(); }), 3021);
         QCOMPARE(errorNumber([&] { recordset.MoveNext(); }), 3021);
         QString description;
-        QCOMPARE(errorNumber([&] { fields[QStringLiteral("Bemerkung")]; }, &description), 3265);
-        QCOMPARE(description, itemNotFoundText());
-        QCOMPARE(errorNumber([&] { fields.Item(7); }), 3265);
-        recordset.Close();
-        QCOMPARE(recordset.State(), int(kvRecordset::adStateClosed));
+        QCOMPARE(errorNumber([&] { fields.Item(7); }, &description), 3265);
+        QCOMPARE(description, QStringLiteral("Das Element wurde in der Auflistung, die dem angeforderten Namen oder "
+                                             "Ordinalwert entspricht, nicht gefunden."));
+        QCOMPARE(errorNumber([&] { recordset.AddNew(); }), 3251);   // read-only
     }
 
-    void addNewUpdateInsertsWithBoundValues()
+    void addNewInsertsWithBoundValuesAndReadsTheKeyBack()
     {
         kvRecordset recordset;
-        recordset.Open(QStringLiteral("Termine"), m_connection.get(), kvRecordset::adOpenKeyset,
-                       kvRecordset::adLockPessimistic, kvRecordset::adCmdTable);
+        recordset.Open("Termine", m_connection.get(), kvRecordset::adOpenKeyset, kvRecordset::adLockPessimistic, kvRecordset::adCmdTable);
         recordset.AddNew();
-        QVERIFY(!recordset.EOF());
-        QVERIFY(recordset.Fields()[QStringLiteral("Name")].IsNull());
-        recordset.setValue(QStringLiteral("DateBegin"), QVariant::fromValue(at(2004, 3, 17, 14, 5)));
-        recordset.setValue(QStringLiteral("dateend"), QVariant::fromValue(at(2004, 3, 17, 15, 0)));
-        recordset.setValue(QStringLiteral("Name"), QStringLiteral("Zahnarzt 'Dr. Müller'"));
-        recordset.setValue(QStringLiteral("ImageID"), 12);
-        QCOMPARE(errorNumber([&] { recordset.setValue(QStringLiteral("Fehlt"), 1); }), 3265);
+        QVERIFY(recordset.Fields()["Name"].IsNull());
+        recordset.setValue("DateBegin", QVariant::fromValue(at(2004, 3, 17, 14, 5)));
+        recordset.setValue("dateend", QVariant::fromValue(at(2004, 3, 17, 15, 0)));
+        recordset.setValue("Name", "Zahnarzt 'Dr. Müller'");
+        QCOMPARE(errorNumber([&] { recordset.setValue("Fehlt", 1); }), 3265);
         recordset.Update();
-        QCOMPARE(traced(), (QStringList{QStringLiteral("SELECT * FROM Termine"),
-                                        QStringLiteral("INSERT INTO Termine (DateBegin, DateEnd, Name, ImageID) VALUES (?, ?, ?, ?)")}));
-        const kvFields fields = recordset.Fields();
-        QCOMPARE(fields[QStringLiteral("DateID")].Value().toInt(), 1);   // left to the database, read back
-        QCOMPARE(fields[QStringLiteral("Name")].Value().toString(), QStringLiteral("Zahnarzt 'Dr. Müller'"));
-        QCOMPARE(fields[QStringLiteral("DateBegin")].DateValue(), at(2004, 3, 17, 14, 5));
-        recordset.MoveNext();
-        QVERIFY(recordset.EOF());
-        recordset.Close();
-
-        QCOMPARE(storedText(QStringLiteral("DateBegin"), 1), QStringLiteral("2004-03-17 14:05:00"));
-        QCOMPARE(storedText(QStringLiteral("Name"), 1), QStringLiteral("Zahnarzt 'Dr. Müller'"));
-        QCOMPARE(storedText(QStringLiteral("ImageID"), 1), QStringLiteral("12"));
-        insert(QVariant::fromValue(at(2004, 3, 18)), QVariant::fromValue(at(2004, 3, 18)), QStringLiteral("Urlaub"));
-        QCOMPARE(storedText(QStringLiteral("Name"), 2), QStringLiteral("Urlaub"));
+        QCOMPARE(traced().last(), QStringLiteral("INSERT INTO Termine (DateBegin, DateEnd, Name) VALUES (?, ?, ?)"));
+        QCOMPARE(recordset.Fields()["DateID"].Value().toInt(), 1);
+        QCOMPARE(stored("SELECT DateBegin || '|' || Name FROM Termine"), QStringLiteral("2004-03-17 14:05:00|Zahnarzt 'Dr. Müller'"));
     }
 
-    void readOnlyRecordsetRefusesAddNew()
+    void commandWalksRowsInOrderWithNulls()
     {
-        kvRecordset recordset;
-        recordset.Open(QStringLiteral("Termine"), m_connection.get(), kvRecordset::adOpenForwardOnly,
-                       kvRecordset::adLockReadOnly, kvRecordset::adCmdTable);
-        QCOMPARE(errorNumber([&] { recordset.AddNew(); }), 3251);
-        kvRecordset unspecified;
-        unspecified.Open(QStringLiteral("SELECT * FROM Termine"), m_connection.get());
-        QCOMPARE(errorNumber([&] { unspecified.AddNew(); }), 3251);
-    }
-
-    void commandSourceWalksRowsInOrderWithNulls()
-    {
-        insert(QVariant::fromValue(at(2004, 3, 16, 10)), QVariant::fromValue(at(2004, 3, 18)), QStringLiteral("Messe"),
-               QStringLiteral("Halle 3"), 12);
-        insert(QVariant::fromValue(at(2004, 3, 17)), QVariant::fromValue(at(2004, 3, 17)), QStringLiteral("Urlaub"));
-        m_trace->clear();
-
-        // The per-day query of Part 2.2 for 17 March 2004, MySQL dialect, run as a Command.
-        const QString sql = QStringLiteral(
-            "SELECT Termine.* From Termine Where ((Termine.DateBegin <= '2004-03-17 00:00') And (Termine.DateEnd >= "
-            "'2004-03-17 00:00')) Or ((Termine.DateBegin >= '2004-03-17 00:00') And (Termine.DateBegin < "
-            "'2004-03-18 00:00'))ORDER BY Termine.DateBegin");
+        insert(QVariant::fromValue(at(2004, 3, 16, 10)), "Messe", "Halle 3", 12);
+        insert(QVariant::fromValue(at(2004, 3, 17)), "Urlaub");
         kvCommand command;
         command.setActiveConnection(m_connection.get());
         command.setCommandType(kvCommand::adCmdText);
-        command.setCommandText(sql);
+        command.setCommandText("SELECT Termine.* From Termine Where DateBegin < ? ORDER BY Termine.DateBegin");
+        command.Parameters() << QDateTime(QDate(2004, 3, 18), QTime(0, 0), Qt::UTC);
         kvRecordset recordset;
         recordset.Open(command, kvRecordset::adOpenForwardOnly, kvRecordset::adLockUnspecified, kvRecordset::adCmdUnspecified);
-        QCOMPARE(traced(), QStringList{sql});
-
-        QVERIFY(!recordset.EOF());
         kvFields fields = recordset.Fields();
-        QCOMPARE(fields[QStringLiteral("Name")].Value().toString(), QStringLiteral("Messe"));
-        QCOMPARE(fields[QStringLiteral("Remark")].Value().toString(), QStringLiteral("Halle 3"));
-        QCOMPARE(fields[QStringLiteral("ImageID")].Value().toInt(), 12);
-        QCOMPARE(fields[QStringLiteral("DateBegin")].DateValue(), at(2004, 3, 16, 10));
-        QVERIFY(fields[QStringLiteral("Document")].IsNull());
+        QCOMPARE(fields["Remark"].Value().toString(), QStringLiteral("Halle 3"));
+        QCOMPARE(fields["ImageID"].Value().toInt(), 12);
+        QCOMPARE(fields["DateBegin"].DateValue(), at(2004, 3, 16, 10));
         recordset.MoveNext();
         fields = recordset.Fields();
-        QCOMPARE(fields[QStringLiteral("Name")].Value().toString(), QStringLiteral("Urlaub"));
-        QVERIFY(fields[QStringLiteral("Remark")].IsNull());
-        QCOMPARE(fields[QStringLiteral("Remark")].Value(), QVariant());
-        QVERIFY(fields[QStringLiteral("ImageID")].IsNull());
-        QCOMPARE(QString() + fields[QStringLiteral("Document")].Value().toString(), QString());
-        recordset.MoveNext();
-        QVERIFY(recordset.EOF());
-        QCOMPARE(errorNumber([&] { recordset.MoveNext(); }), 3021);
-        recordset.Close();
-    }
-
-    void commandParametersAreBound()
-    {
-        insert(QVariant::fromValue(at(2026, 3, 29, 2, 30)), QVariant::fromValue(at(2026, 3, 29, 3, 30)), QStringLiteral("Nacht"));
-        insert(QVariant::fromValue(at(2026, 3, 30, 9)), QVariant::fromValue(at(2026, 3, 30, 10)), QStringLiteral("Tag"));
-        kvCommand command;
-        command.setActiveConnection(m_connection.get());
-        command.setCommandType(kvCommand::adCmdText);
-        command.setCommandText(QStringLiteral("SELECT Name FROM Termine WHERE DateBegin >= ? AND DateBegin < ?"));
-        command.Parameters() << QVariant::fromValue(at(2026, 3, 29)) << QDateTime(QDate(2026, 3, 30), QTime(0, 0), Qt::UTC);
-        kvRecordset recordset;
-        recordset.Open(command);
-        QCOMPARE(recordset.Fields()[QStringLiteral("Name")].Value().toString(), QStringLiteral("Nacht"));
+        QCOMPARE(fields["Name"].Value().toString(), QStringLiteral("Urlaub"));
+        QVERIFY(fields["Remark"].IsNull() && fields["ImageID"].IsNull() && fields["Document"].IsNull());
         recordset.MoveNext();
         QVERIFY(recordset.EOF());
 
-        command.setCommandText(QStringLiteral("UPDATE Termine SET Name = ? WHERE Name = ?"));
-        command.Parameters() = {QStringLiteral("Morgen"), QStringLiteral("Tag")};
+        command.setCommandText("UPDATE Termine SET Name = ? WHERE Name = ?");
+        command.Parameters() = {"Morgen", "Urlaub"};
         QCOMPARE(command.Execute(), 1);
-        QCOMPARE(storedText(QStringLiteral("Name"), 2), QStringLiteral("Morgen"));
     }
 
     void datesRoundTripWithoutZoneShift_data()
     {
         QTest::addColumn<QVariant>("written");
-        QTest::addColumn<QDate>("date");
-        QTest::addColumn<QTime>("time");
-        QTest::newRow("kvDate in the spring gap") << QVariant::fromValue(at(2026, 3, 29, 2, 30)) << QDate(2026, 3, 29) << QTime(2, 30);
-        QTest::newRow("UTC carrier in the gap") << QVariant(QDateTime(QDate(2026, 3, 29), QTime(2, 30), Qt::UTC))
-                                                << QDate(2026, 3, 29) << QTime(2, 30);
-        QTest::newRow("local time in the gap") << QVariant(QDateTime(QDate(2026, 3, 29), QTime(2, 30)))
-                                               << QDate(2026, 3, 29) << QTime(2, 30);
+        QTest::addColumn<QDateTime>("wallClock");
+        const QDateTime gap(QDate(2026, 3, 29), QTime(2, 30), Qt::UTC);
+        QTest::newRow("kvDate in the spring gap") << QVariant::fromValue(at(2026, 3, 29, 2, 30)) << gap;
+        QTest::newRow("UTC carrier in the gap") << QVariant(gap) << gap;
+        QTest::newRow("local time in the gap") << QVariant(QDateTime(QDate(2026, 3, 29), QTime(2, 30))) << gap;
         QTest::newRow("local time, autumn twice") << QVariant(QDateTime(QDate(2026, 10, 25), QTime(2, 30)))
-                                                  << QDate(2026, 10, 25) << QTime(2, 30);
-        QTest::newRow("QDate") << QVariant(QDate(2026, 12, 31)) << QDate(2026, 12, 31) << QTime(0, 0);
-        QTest::newRow("minute before midnight") << QVariant::fromValue(at(2026, 12, 31, 23, 59)) << QDate(2026, 12, 31)
-                                                << QTime(23, 59);
+                                                  << QDateTime(QDate(2026, 10, 25), QTime(2, 30), Qt::UTC);
     }
 
     void datesRoundTripWithoutZoneShift()
     {
         QFETCH(QVariant, written);
-        QFETCH(QDate, date);
-        QFETCH(QTime, time);
-        insert(written, written, QStringLiteral("Datum"));
-        QCOMPARE(storedText(QStringLiteral("DateBegin"), 1), date.toString(QStringLiteral("yyyy-MM-dd ")) + time.toString(QStringLiteral("HH:mm:ss")));
-
+        QFETCH(QDateTime, wallClock);
+        insert(written, "Datum");
+        QCOMPARE(stored("SELECT DateBegin FROM Termine"), wallClock.toString("yyyy-MM-dd HH:mm:ss"));
         kvRecordset recordset;
-        recordset.Open(QStringLiteral("Termine"), m_connection.get(), kvRecordset::adOpenForwardOnly,
-                       kvRecordset::adLockReadOnly, kvRecordset::adCmdTable);
-        const QVariant value = recordset.Fields()[QStringLiteral("DateBegin")].Value();
-        QCOMPARE(value.typeId(), int(QMetaType::QDateTime));
-        QCOMPARE(value.toDateTime().timeSpec(), Qt::UTC);
-        QCOMPARE(value.toDateTime().date(), date);
-        QCOMPARE(value.toDateTime().time(), time);
-        QCOMPARE(kvField::ToDate(value), kvDate::fromDate(date, time));
-        QCOMPARE(recordset.Fields()[QStringLiteral("DateEnd")].DateValue(), kvDate::fromDate(date, time));
-    }
-
-    void minuteLiteralsFindTheStoredTimes()
-    {
-        insert(QVariant::fromValue(at(2026, 3, 29, 2, 30)), QVariant::fromValue(at(2026, 3, 29, 2, 31)), QStringLiteral("Nacht"));
-        kvRecordset recordset;
-        recordset.Open(QStringLiteral("SELECT Termine.DateBegin AS NextDate From Termine Where (((Termine.DateBegin) >= "
-                                      "'2026-03-29 02:30')) ORDER BY Termine.DateBegin ASC"),
-                       m_connection.get(), kvRecordset::adOpenForwardOnly, kvRecordset::adLockUnspecified,
-                       kvRecordset::adCmdText);
+        // A minute literal finds the stored time, and an alias of a date column is a date too.
+        recordset.Open(QStringLiteral("SELECT DateBegin AS NextDate FROM Termine WHERE DateBegin >= '%1'")
+                           .arg(wallClock.toString("yyyy-MM-dd HH:mm")), m_connection.get());
         QVERIFY(!recordset.EOF());
-        const QVariant next = recordset.Fields()[QStringLiteral("NextDate")].Value();
-        QCOMPARE(next.typeId(), int(QMetaType::QDateTime));   // an alias of a date column is a date too
-        QCOMPARE(kvField::ToDate(next), at(2026, 3, 29, 2, 30));
-        recordset.Close();
-
-        recordset.Open(QStringLiteral("SELECT * FROM Termine WHERE DateBegin < '2026-03-29 02:30'"), m_connection.get());
-        QVERIFY(recordset.EOF());
+        const QVariant value = recordset.Fields()["NextDate"].Value();
+        QCOMPARE(value.typeId(), int(QMetaType::QDateTime));
+        QCOMPARE(value.toDateTime(), wallClock);
+        QCOMPARE(value.toDateTime().timeSpec(), Qt::UTC);
     }
 
-    void dateLikeTextInATextColumnStaysText()
+    void dateLikeTextStaysText()
     {
-        insert(QVariant::fromValue(at(2026, 1, 1)), QVariant::fromValue(at(2026, 1, 1)), QStringLiteral("2026-01-01 10:00"));
+        insert(QVariant::fromValue(at(2026, 1, 1)), "2026-01-01 10:00");
         kvRecordset recordset;
-        recordset.Open(QStringLiteral("SELECT Name, Name AS Titel FROM Termine"), m_connection.get());
-        QCOMPARE(recordset.Fields()[QStringLiteral("Name")].Value(), QVariant(QStringLiteral("2026-01-01 10:00")));
-        QCOMPARE(recordset.Fields()[QStringLiteral("Name")].Value().typeId(), int(QMetaType::QString));
+        recordset.Open("SELECT Name FROM Termine", m_connection.get());
+        QCOMPARE(recordset.Fields()["Name"].Value(), QVariant(QStringLiteral("2026-01-01 10:00")));
     }
 
-    void openFailuresAndStates()
+    void statesAndTheirErrorNumbers()
     {
         kvRecordset recordset;
         QCOMPARE(errorNumber([&] { recordset.EOF(); }), 3704);
-        QCOMPARE(errorNumber([&] { recordset.Fields(); }), 3704);
-        QCOMPARE(errorNumber([&] { recordset.Open(QStringLiteral("Termine"), nullptr); }), 3709);
+        QCOMPARE(errorNumber([&] { recordset.Open("Termine", nullptr); }), 3709);
         kvCommand noConnection;
-        noConnection.setCommandText(QStringLiteral("SELECT 1"));
+        noConnection.setCommandText("SELECT 1");
         QCOMPARE(errorNumber([&] { recordset.Open(noConnection); }), 3709);
-        QCOMPARE(errorNumber([&] { recordset.Open(QStringLiteral("Termine"), m_connection.get(), 0, -1, 4); }), 3001);
-
+        QCOMPARE(errorNumber([&] { recordset.Open("Termine", m_connection.get(), 0, -1, 4); }), 3001);
         QString description;
-        QCOMPARE(errorNumber([&] { recordset.Open(QStringLiteral("Fehlt"), m_connection.get(), 0, 1, 2); }, &description),
+        QCOMPARE(errorNumber([&] { recordset.Open("Fehlt", m_connection.get(), 0, 1, 2); }, &description),
                  int(kvAdoError::StatementFailed));
         QCOMPARE(description, QStringLiteral("no such table: Fehlt"));
-        QCOMPARE(traced().last(), QStringLiteral("SELECT * FROM Fehlt"));
         QCOMPARE(recordset.State(), int(kvRecordset::adStateClosed));
-
-        recordset.Open(QStringLiteral("Termine"), m_connection.get(), 0, 1, 2);
-        QCOMPARE(errorNumber([&] { recordset.Open(QStringLiteral("Termine"), m_connection.get(), 0, 1, 2); }), 3705);
-        recordset.Close();
-        recordset.Close();   // closing twice is harmless
+        recordset.Open("Termine", m_connection.get(), 0, 1, 2);
+        QCOMPARE(errorNumber([&] { recordset.Open("Termine", m_connection.get(), 0, 1, 2); }), 3705);
+        m_connection->Close();   // closes its recordsets
         QCOMPARE(errorNumber([&] { recordset.MoveNext(); }), 3704);
-
-        // A statement that returns no rows leaves the recordset closed, as in ADO.
-        recordset.Open(QStringLiteral("DELETE FROM Termine"), m_connection.get());
-        QCOMPARE(recordset.State(), int(kvRecordset::adStateClosed));
-    }
-
-    void closingTheConnectionClosesItsRecordsets()
-    {
-        insert(QVariant::fromValue(at(2026, 5, 1)), QVariant::fromValue(at(2026, 5, 1)), QStringLiteral("Feiertag"));
-        kvRecordset recordset;
-        recordset.Open(QStringLiteral("Termine"), m_connection.get(), 0, 1, 2);
-        QVERIFY(!recordset.EOF());
-        const QString name = m_connection->Database().connectionName();
-        m_connection->Close();
-        QCOMPARE(recordset.State(), int(kvRecordset::adStateClosed));
-        QVERIFY(!QSqlDatabase::contains(name));
-        QCOMPARE(errorNumber([&] { recordset.EOF(); }), 3704);
         m_connection->Open();
-        recordset.Open(QStringLiteral("Termine"), m_connection.get(), 0, 1, 2);
-        m_connection.reset();   // destroyed under an open recordset
+        recordset.Open("DELETE FROM Termine", m_connection.get());   // no rows: stays closed
+        QCOMPARE(recordset.State(), int(kvRecordset::adStateClosed));
+        recordset.Open("Termine", m_connection.get(), 0, 1, 2);
+        m_connection.reset();
         QCOMPARE(recordset.State(), int(kvRecordset::adStateClosed));
     }
 
@@ -339,37 +259,25 @@ private slots:
         QTest::addColumn<QVariant>("value");
         QTest::addColumn<int>("error");
         QTest::addColumn<QDateTime>("expected");   // wall clock, in UTC as carrier
-        const auto wall = [](int y, int m, int d, int h, int n, int s = 0) {
-            return QDateTime(QDate(y, m, d), QTime(h, n, s), Qt::UTC);
-        };
-        QTest::newRow("kvDate") << QVariant::fromValue(at(2004, 3, 17, 14, 5)) << 0 << wall(2004, 3, 17, 14, 5);
+        const auto wall = [](int y, int m, int d, int h, int n, int s = 0) { return QDateTime(QDate(y, m, d), QTime(h, n, s), Qt::UTC); };
         QTest::newRow("local gap") << QVariant(QDateTime(QDate(2026, 3, 29), QTime(2, 30))) << 0 << wall(2026, 3, 29, 2, 30);
-        QTest::newRow("offset") << QVariant(QDateTime(QDate(2026, 7, 1), QTime(9, 0), Qt::OffsetFromUTC, 7200)) << 0
-                                << wall(2026, 7, 1, 9, 0);
-        QTest::newRow("QDate") << QVariant(QDate(2026, 3, 29)) << 0 << wall(2026, 3, 29, 0, 0);
-        QTest::newRow("iso blank") << QVariant(QStringLiteral("2026-03-29 02:30")) << 0 << wall(2026, 3, 29, 2, 30);
-        QTest::newRow("iso seconds") << QVariant(QStringLiteral("2026-03-29 02:30:45")) << 0 << wall(2026, 3, 29, 2, 30, 45);
-        QTest::newRow("iso T zone") << QVariant(QStringLiteral("2026-03-29T02:30:00.000Z")) << 0 << wall(2026, 3, 29, 2, 30);
-        QTest::newRow("iso date") << QVariant(QStringLiteral("2026-03-29")) << 0 << wall(2026, 3, 29, 0, 0);
-        QTest::newRow("german text") << QVariant(QStringLiteral("17.03.2004 14:05")) << 0 << wall(2004, 3, 17, 14, 5);
+        QTest::newRow("iso seconds") << QVariant("2026-03-29 02:30:45") << 0 << wall(2026, 3, 29, 2, 30, 45);
+        QTest::newRow("iso T zone") << QVariant("2026-03-29T02:30:00.000Z") << 0 << wall(2026, 3, 29, 2, 30);
+        QTest::newRow("german text") << QVariant("17.03.2004 14:05") << 0 << wall(2004, 3, 17, 14, 5);
         QTest::newRow("ole days") << QVariant(38063.5) << 0 << wall(2004, 3, 17, 12, 0);
         QTest::newRow("null") << QVariant() << 94 << QDateTime();
-        QTest::newRow("typed null") << QVariant(QMetaType::fromType<QDateTime>()) << 94 << QDateTime();
-        QTest::newRow("text") << QVariant(QStringLiteral("kein Datum")) << 13 << QDateTime();
-        QTest::newRow("impossible") << QVariant(QStringLiteral("2026-02-30 10:00")) << 13 << QDateTime();
+        QTest::newRow("text") << QVariant("kein Datum") << 13 << QDateTime();
+        QTest::newRow("impossible") << QVariant("2026-02-30 10:00") << 13 << QDateTime();
     }
 
     void toDate()
     {
         QFETCH(QVariant, value);
-        QFETCH(int, error);
         QFETCH(QDateTime, expected);
         kvDate date;
-        QCOMPARE(errorNumber([&] { date = kvField::ToDate(value); }), error);
-        if (error == 0) {
+        QTEST(errorNumber([&] { date = kvField::ToDate(value); }), "error");
+        if (expected.isValid())
             QCOMPARE(kvField::ToDateTime(date), expected);
-            QCOMPARE(date, kvDate::fromDateTime(expected));
-        }
     }
 };
 
