@@ -11,6 +11,7 @@
 #include "kvControlTestServices.h"
 #include "kvErrorReporting.h"
 #include "kvKalivo.h"
+#include "kvKalivoTestAccess.h"
 #include "kvRecordset.h"
 #include "kvScriptedModalRunner.h"
 
@@ -91,7 +92,7 @@ struct Host
         return begin;
     }
     //! Day cell of 16 .. 22 November.
-    ctlDay *cell(int day) { return control().DayCell(qint16(day - 15)); }
+    ctlDay *cell(int day) { return kvKalivoTestAccess::DayCell(control(), qint16(day - 15)); }
     //! Selects a row as a right-click does, and closes the context menu it opens.
     void selectRow(int day, int row)
     {

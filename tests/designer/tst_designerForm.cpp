@@ -3,6 +3,7 @@
 #include "kvControlTestServices.h"
 #include "kvDesignerFormValues.h"
 #include "kvKalivo.h"
+#include "kvKalivoTestAccess.h"
 #include "kvMemoryPropertyBag.h"
 #include "ui_kvKalivoForm.h"
 
@@ -151,7 +152,7 @@ private slots:
         QVERIFY(m_loaded);
         m_loadedForm->show();
         QVERIFY(QTest::qWaitForWindowExposed(m_loadedForm.get()));
-        QCOMPARE(m_loaded->DayCellCount(), 42);
+        QCOMPARE(kvKalivoTestAccess::DayCellCount(*m_loaded), 42);
         const QLabel *caption = m_loaded->findChild<QLabel *>(QStringLiteral("lblMonat"));
         QVERIFY(caption);
         QCOMPARE(caption->text(), QStringLiteral("März 2027"));

@@ -8,6 +8,7 @@
 #include "kvDesignerCore.h"
 #include "kvDesignerFormValues.h"
 #include "kvKalivo.h"
+#include "kvKalivoTestAccess.h"
 #include "kvRecordset.h"
 #include "kvTestSupport.h"
 
@@ -77,16 +78,16 @@ struct AppointmentTable
 int appointmentRows(const kvKalivo &calendar)
 {
     int rows = 0;
-    for (int index = 1; index <= calendar.DayCellCount(); ++index)
-        rows += calendar.DayCell(index)->EntriesCount();
+    for (int index = 1; index <= kvKalivoTestAccess::DayCellCount(calendar); ++index)
+        rows += kvKalivoTestAccess::DayCell(calendar, index)->EntriesCount();
     return rows;
 }
 
 int datedCells(const kvKalivo &calendar)
 {
     int dated = 0;
-    for (int index = 1; index <= calendar.DayCellCount(); ++index) {
-        const ctlDay *cell = calendar.DayCell(index);
+    for (int index = 1; index <= kvKalivoTestAccess::DayCellCount(calendar); ++index) {
+        const ctlDay *cell = kvKalivoTestAccess::DayCell(calendar, index);
         if (cell->datDay().days() != 0 || !cell->ctlHeader().Text().isEmpty())
             ++dated;
     }
@@ -262,7 +263,7 @@ private slots:
         calendar->resize(800, 600);
         calendar->show();
         QVERIFY(QTest::qWaitForWindowExposed(calendar.get()));
-        QCOMPARE(calendar->DayCellCount(), 7);
+        QCOMPARE(kvKalivoTestAccess::DayCellCount(*calendar), 7);
         QCOMPARE(datedCells(*calendar), 0);
         QCOMPARE(appointmentRows(*calendar), 0);
         QCOMPARE(calendar->findChild<ctlKW *>()->CountKW(), 0);
