@@ -43,6 +43,7 @@
 #include "kvConnection.h"
 #include "kvDate.h"
 #include "kvKalivo.h"
+#include "kvKalivoTestAccess.h"
 #include "kvParameterizedSql.h"
 #include "kvRecordset.h"
 #include "kvSqlTexts.h"
@@ -359,8 +360,8 @@ struct Shown
     int shownEntries() const
     {
         int entries = 0;
-        for (int i = 1; i <= control->DayCellCount(); ++i)
-            entries += control->DayCell(i)->EntriesCount();
+        for (int i = 1; i <= kvKalivoTestAccess::DayCellCount(*control); ++i)
+            entries += kvKalivoTestAccess::DayCell(*control, i)->EntriesCount();
         return entries;
     }
 };
@@ -448,7 +449,7 @@ ResizeFigures measureResize(const Settings &settings, Shown &shown, const QDate 
     control.setActualDate(target);
     settle();
     int arranged = 0;
-    const auto counter = QObject::connect(&control, &kvKalivo::gridArranged, [&arranged] { ++arranged; });
+    const auto counter = QObject::connect(kvKalivoTestAccess::Grid(control), &kvDayGrid::gridArranged, [&arranged] { ++arranged; });
     std::vector<double> relayouts, totals;
     bool small = false;
     int runs = 0;
@@ -654,8 +655,8 @@ int main(int argc, char *argv[])
         Shown probe(nullptr);
         for (int p = 0; p < 2; ++p) {
             probe.control->setActualDate(targets[p]);
-            grids[p] = {probe.control->DayCell(1)->datDay().date(),
-                        probe.control->DayCell(probe.control->DayCellCount())->datDay().date()};
+            grids[p] = {kvKalivoTestAccess::DayCell(*probe.control, 1)->datDay().date(),
+                        kvKalivoTestAccess::DayCell(*probe.control, kvKalivoTestAccess::DayCellCount(*probe.control))->datDay().date()};
         }
     }
 

@@ -4,30 +4,15 @@
 
 #include "kvConnection.h"
 #include "kvDate.h"
-#include "kvGridGeometry.h"
 
 #include <QDate>
 #include <QDateTime>
-#include <QPointer>
 #include <QWidget>
 
 #include <memory>
 
-class QAction;
-class QActionGroup;
-class QDateEdit;
-class QLabel;
-class QStatusBar;
-class QTimer;
-class QToolBar;
-class ctlDay;
-class ctlKW;
-class ctlToolTip;
-class QFrame;
-class QMenu;
-template <typename T> class kvControlArray;
-class kvAppointmentStore;
 class kvError;
+class kvKalivoPrivate;
 class kvPropertyBag;
 
 /*!
@@ -235,40 +220,40 @@ public:
     ~kvKalivo() override;
 
     //! The shown view; see #View.
-    kvView View() const { return m_view; }
+    kvView View() const;
     //! Presses the toolbar button "Week" or "Month", notifies "View", re-layouts when #AutoRefresh.
     void setView(kvView view);
     //! The weekend layout; see #WeekendColumns.
-    enWeekendColumns WeekendColumns() const { return m_weekendColumns; }
+    enWeekendColumns WeekendColumns() const;
     //! Stores kvOne or kvTwo (other values are ignored); notifies; re-layouts when #AutoRefresh.
     void setWeekendColumns(enWeekendColumns columns);
     //! Whether setters re-layout at once; see #AutoRefresh.
-    bool AutoRefresh() const { return m_autoRefresh; }
+    bool AutoRefresh() const;
     //! Notifies; True re-layouts at once.
     void setAutoRefresh(bool autoRefresh);
     //! The cell borders; see #BorderStyle.
-    enBorderStyle BorderStyle() const { return m_borderStyle; }
+    enBorderStyle BorderStyle() const;
     //! Notifies; re-layouts only for kvFixedSingle (kvNone shows at the next re-layout).
     void setBorderStyle(enBorderStyle style);
 
     //! The cells' background; see #BackColor.
-    uint BackColor() const { return m_backColor; }
+    uint BackColor() const;
     //! Notifies; a non-zero colour is applied to every cell at once, black (0) at the next colour pass.
     void setBackColor(uint color);
     //! Today's header colour; see #TodayHeaderColor.
-    uint TodayHeaderColor() const { return m_todayHeaderColor; }
+    uint TodayHeaderColor() const;
     //! As setBackColor(): applied at once unless 0; notifies.
     void setTodayHeaderColor(uint color);
     //! The header text colour; see #DayHeaderForeColor.
-    uint DayHeaderForeColor() const { return m_dayHeaderForeColor; }
+    uint DayHeaderForeColor() const;
     //! As setBackColor(): applied at once unless 0; notifies.
     void setDayHeaderForeColor(uint color);
     //! The header colour of the month's days; see #DayHeaderColor2.
-    uint DayHeaderColor2() const { return m_dayHeaderColor2; }
+    uint DayHeaderColor2() const;
     //! As setBackColor(): applied at once unless 0; notifies.
     void setDayHeaderColor2(uint color);
     //! The header colour of other months' days; see #DayHeaderColor1.
-    uint DayHeaderColor1() const { return m_dayHeaderColor1; }
+    uint DayHeaderColor1() const;
     //! As setBackColor(): applied at once unless 0; notifies.
     void setDayHeaderColor1(uint color);
 
@@ -295,25 +280,25 @@ public:
     */
     void setConnection(kvConnection *connection);
     //! The appointment table's name; see #RecordSource.
-    QString RecordSource() const { return m_recordSource; }
+    QString RecordSource() const;
     //! Stores the name and notifies "RecordSource"; nothing is reloaded or probed.
     void setRecordSource(const QString &recordSource);
     //! The printout's footnote; see #Footnote.
-    QString Footnote() const { return m_footnote; }
+    QString Footnote() const;
     //! Stores the text and notifies "Footnote".
     void setFootnote(const QString &footnote);
 
     //! The tooltip's first-line background; see #ToolTipBackColor1.
-    uint ToolTipBackColor1() const { return m_toolTipBackColor1; }
+    uint ToolTipBackColor1() const;
     //! Passes the colour to the tooltip and notifies "ToolTipBackColor1".
     void setToolTipBackColor1(uint color);
     //! The tooltip's remark background; see #ToolTipBackColor2.
-    uint ToolTipBackColor2() const { return m_toolTipBackColor2; }
+    uint ToolTipBackColor2() const;
     //! Passes the colour to the tooltip and notifies "ToolTipBackColor2".
     void setToolTipBackColor2(uint color);
 
     //! Whether the week column shows; see #WeeksVisible.
-    bool WeeksVisible() const { return m_weeksVisible; }
+    bool WeeksVisible() const;
     //! Notifies "WeeksVisible"; re-layouts when #AutoRefresh.
     void setWeeksVisible(bool visible);
     //! The enabled state of the control surface (not persisted).
@@ -321,15 +306,15 @@ public:
     //! QWidget::setEnabled(); no notification.
     void setEnabled(bool enabled);
     //! Whether writes are left to the host; see #RaiseDatabaseEvents.
-    bool RaiseDatabaseEvents() const { return m_raiseDatabaseEvents; }
+    bool RaiseDatabaseEvents() const;
     //! Stores the switch and notifies "RaiseDatabaseEvents".
     void setRaiseDatabaseEvents(bool raise);
     //! Whether holidays are named; see #PublicHoliday.
-    bool PublicHoliday() const { return m_publicHoliday; }
+    bool PublicHoliday() const;
     //! Notifies "PublicHoliday"; re-layouts when #AutoRefresh.
     void setPublicHoliday(bool show);
     //! Whether editing is left to the host; see #RaiseEditEvent.
-    bool RaiseEditEvent() const { return m_raiseEditEvent; }
+    bool RaiseEditEvent() const;
     //! Stores the switch and notifies "RaiseEditEvent".
     void setRaiseEditEvent(bool raise);
     //! Thread-wide: switching it on one control switches every control of the thread.
@@ -337,11 +322,11 @@ public:
     //! Sets the thread-wide switch (kvErrorReporting::setRaiseErrorEvent()); no notification.
     void setRaiseErrorEvent(bool raise);
     //! The icon folder; see #IconPath.
-    QString IconPath() const { return m_iconPath; }
+    QString IconPath() const;
     //! Loads the icons of \a path into the thread's icon picker; no notification.
     void setIconPath(const QString &path);
     //! The date-literal dialect chosen by the host; see #DbDateFormat.
-    enDbDateFormat DbDateFormat() const { return m_dbDateFormat; }
+    enDbDateFormat DbDateFormat() const;
     //! Stores the choice; no notification, no reload.
     void setDbDateFormat(enDbDateFormat format);
 
@@ -355,17 +340,9 @@ public:
     void setParameterizedSql(bool parameterized);
 
     //! The container's ambient UserMode: false in a form designer (no dates, no appointments).
-    bool UserMode() const { return m_userMode; }
+    bool UserMode() const;
     //! Set by the container (the Designer plugin); a visible control re-layouts at once.
     void setUserMode(bool userMode);
-
-    //! The visible day cells, 1 .. DayCellCount(), in reading order.
-    int DayCellCount() const;
-    /*!
-        Day cell \a index, 1 to DayCellCount(); throws kvRuntimeError 340 outside that range.
-        ctlDay's header is not installed, so for a host the result is an opaque pointer.
-    */
-    ctlDay *DayCell(int index) const;
 
     //! Re-layout, whatever AutoRefresh says (grid arrangement, then the current-day marking).
     Q_INVOKABLE void Refresh();
@@ -377,13 +354,6 @@ public:
         writer or the host cancelled. Failures are reported as 13 + step.
     */
     void EditAppointment(qint16 action);
-
-    //! The cell (DayIndex) and row last selected by a mouse action (-1 none).
-    qint16 SelectedDayIndex() const { return m_selectedDayIndex; }
-    //! The row within that cell, 1-based; -1 after an action on the day itself.
-    qint16 SelectedEntryIndex() const { return m_selectedEntryIndex; }
-    //! True while tooltips show without delay.
-    bool TooltipMode() const { return m_tooltipMode; }
 
     //! Prints the current view around #ActualDate, without asking (the toolbar's "Print" asks first).
     Q_INVOKABLE void PrintCalendar();
@@ -454,13 +424,6 @@ Q_SIGNALS:
     */
     void PropertyChanged(const QString &propertyName);
 
-    //! The grid was arranged (ArrangeGrid): every re-layout emits it once.
-    void gridArranged();
-    //! The current day was marked anew.
-    void actualDayMarked();
-    //! The colour pass ran: every day cell got the control's colours.
-    void coloursApplied();
-
 protected:
     //! Paints the grey surface (DefaultSurfaceColor) that shows between the cells.
     void paintEvent(QPaintEvent *event) override;
@@ -479,146 +442,6 @@ protected:
     void focusInEvent(QFocusEvent *event) override;
 
 private:
-    void Initialize();
-    void CreateToolbar();
-    void CreateStatusBar();
-    void CreateDatePicker();
-    void CreateMonthCaption();
-    void CreateTimers();
-    void CreateStore();
-    QAction *AddToolbarButton(int position, const QString &key, const QString &toolTip,
-                              const QString &imageName);
-    void PressViewButton();
-
-    void Relayout();
-    void ArrangeGrid();
-    void ArrangeGridStages(qint16 &step);
-    void UnloadDayCells();
-    void PlaceWeekdayCaptions();
-    static QString WeekdayCaption(int column, int columns, const QLocale &calendarLocale);
-    void PlaceDayCells();
-    void PlaceWeekColumn();
-    void FillGridStages(qint16 &step, QString &pendingCode);
-    void FillDayCell(int index, const kvDate &day, bool runMode, QString &pendingCode);
-    bool IsFirstCellOfRow(int index) const;
-    bool IsToday(const kvDate &day) const;
-    void ShowMonthCaption(const kvDate &first, const kvDate &last, bool runMode);
-    void RestoreDayHeader(ctlDay &cell);
-    void Reload();
-    void CreateGrid();
-    void CreateContextMenu();
-    void OnToolbarButton(const QString &key);
-    void OnContextMenuItem(int index);
-    void SwitchView(kvView view);
-    void StepDate(int direction);
-    void ApplyRangeCheck(const kvDate &date);
-    void GotoNextAppointment();
-    void GotoPreviousAppointment();
-    enum class Direction { Next, Previous };
-    void GotoAppointment(Direction direction);
-    void JumpToAppointment(const kvDate &date, bool outsideTheView);
-    int ToolbarRowHeight() const;
-    int HeaderHeight() const;
-    int WidestMonthCaption() const;
-    bool MonthCaptionFitsBesideToolbar() const;
-    int StatusBarTop() const;
-    void PlaceChrome();
-    void FillGrid();
-    void MarkActualDay();
-    void PlaceGridTabStop(ctlDay *actualCell);
-    void ApplyColours();
-    void ShowCalendarWeek();
-    void SyncDatePicker();
-    void OnFocusChanged(QWidget *old, QWidget *now);
-    void HideToolTip();
-
-    // Edit flow
-    struct EditValues;
-    void EditAppointmentSteps(qint16 action, qint16 &step);
-    void RaiseDatabaseEvent(qint16 action, EditValues &values, bool &bCancel);
-
-    // Cell interaction
-    void ConnectDayCell(ctlDay *cell, qint16 dayIndex);
-    int DayIndexOf(const QWidget *widget) const;
-    void OnDayFocus(qint16 dayIndex);
-    void OnDayMouseUp(qint16 dayIndex, qint16 button);
-    void OnEntryMouseUp(qint16 dayIndex, qint16 entryIndex, qint16 button);
-    void OnEntryDblClick(qint16 dayIndex, qint16 entryIndex);
-    void OnDayDblClick(qint16 dayIndex);
-    void OnEntryMouseMove(qint16 dayIndex, qint16 entryIndex, qint32 x, qint32 y, qint32 entryLeft,
-                          qint32 entryTop, qint32 entryWidth, qint32 entryHeight);
-    void PopupContextMenu(bool onRow, const QPoint &globalPos);
-
-    // Keyboard
-    bool HandleGridKey(qint16 dayIndex, const QKeyEvent &event);
-    void SelectDay(const kvDate &day);
-    void EditSelection(qint16 dayIndex, qint16 row, qint16 action);
-    void PopupContextMenuAt(qint16 dayIndex, qint16 row);
-    void OnTimerTooltip();
-    void OnTimerTooltipOff();
-    void ShowToolTip();
-    void ReleaseRowCapture();
-
-    void SetCellColour(uint &field, uint color, const QString &propertyName);
-    uint ReadCellColour(const kvPropertyBag &bag, const QString &key,
-                        uint (ctlDay::*cellColour)() const, uint defaultColour) const;
-    void Notify(const QString &propertyName);
-    void EnableDatabaseButtons(int connectionState);
-    void ReportError(int code, const QString &description);
-
-    kvDate FirstGridDate() const;
-    kvDate FirstCellDate() const;
-    kvDate LastCellDate() const;
-
-    QString m_recordSource;
-    QString m_footnote;
-    kvDate m_actualDate;
-    kvView m_view = kvWeek;
-    enBorderStyle m_borderStyle = kvNone;
-    enWeekendColumns m_weekendColumns = kvOne;
-    uint m_dayHeaderColor2 = 0;
-    uint m_dayHeaderColor1 = 0;
-    uint m_backColor = 0;
-    uint m_dayHeaderForeColor = 0;
-    uint m_todayHeaderColor = 0;
-    uint m_toolTipBackColor1 = 0;
-    uint m_toolTipBackColor2 = 0;
-    bool m_weeksVisible = false;
-    bool m_autoRefresh = false;
-    bool m_raiseDatabaseEvents = false;
-    bool m_raiseEditEvent = false;
-    enDbDateFormat m_dbDateFormat = kvAuto;
-    bool m_publicHoliday = false;
-    QString m_iconPath;
-    bool m_userMode = true;
-    kvGridGeometry m_geometry;
-
-    QToolBar *m_toolbarMain = nullptr;
-    QActionGroup *m_viewButtons = nullptr;
-    QStatusBar *m_statusBar = nullptr;
-    QLabel *m_statusWeekPanel = nullptr;
-    QDateEdit *m_datePicker = nullptr;
-    QLabel *m_monthCaption = nullptr;
-    QTimer *m_timerTooltip = nullptr;
-    QTimer *m_timerTooltipOff = nullptr;
-    ctlToolTip *m_toolTip = nullptr;
-    kvAppointmentStore *m_store = nullptr;
-    std::unique_ptr<kvControlArray<ctlDay>> m_days;
-    std::unique_ptr<kvControlArray<QLabel>> m_weekdayCaptions;
-    QFrame *m_corner = nullptr;
-    ctlKW *m_weekColumn = nullptr;
-    QMenu *m_contextMenu = nullptr;
-    QList<QAction *> m_contextItems;
-    QPointer<QWidget> m_gridTabStop; //!< the actual day's cell, where the keyboard enters the grid
-
-    // Cell interaction
-    qint16 m_selectedDayIndex = 0;
-    qint16 m_selectedEntryIndex = -1;
-    bool m_tooltipMode = false;
-    kvDate m_tooltipDay;
-    qint32 m_tooltipAnchorX = 0;
-    qint32 m_tooltipAnchorY = 0;
-    qint16 m_capturedEntryIndex = -1;
-    qint16 m_capturedDayIndex = -1;
-    quintptr m_tooltipRowHandle = 0;
+    friend class kvKalivoPrivate;
+    std::unique_ptr<kvKalivoPrivate> const d;
 };

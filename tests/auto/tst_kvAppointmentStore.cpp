@@ -7,11 +7,8 @@
 #include "kvFieldConversion.h"
 #include "kvDayLoading.h"
 #include "kvFields.h"
-#include "kvMessageBox.h"
 #include "kvRecordset.h"
 #include "kvRuntimeError.h"
-#include "kvScopedService.h"
-#include "kvScriptedMessageBox.h"
 #include "kvSqlTexts.h"
 #include "kvTestSupport.h"
 
@@ -398,12 +395,7 @@ private slots:
         QCOMPARE(f.store.FindNextAppointment(at(2004, 3, 16)), std::optional(at(2004, 3, 17)));
         cell = load(f, at(2004, 3, 17));
         QCOMPARE(cell->Entries(1)->Text(), QStringLiteral("Zahnarzt Weber"));
-        kvScriptedMessageBox box;
-        kvScopedService installed(box);
-        box.EnqueueAnswer(kvMessageBox::vbYes);
-        bool bCancel = false;
-        f.store.DeleteAppointment(cell->Entries(1)->DateID(), at(2004, 3, 17, 11), at(2004, 3, 17, 12),
-                                  QStringLiteral("Zahnarzt Weber"), {}, {}, bCancel);
+        f.store.DeleteAppointment(cell->Entries(1)->DateID());
         QCOMPARE(load(f, at(2004, 3, 17))->EntriesCount(), 0);
         QVERIFY2(f.reports.isEmpty(), qPrintable(f.reports.value(0).description));
     }
@@ -1081,49 +1073,8 @@ private slots:
 
     // --- Part 2.3: DeleteAppointment ---------------------------------------------------------
 
-    void deleteAsksAndNoKeepsTheRow_data() { modes(); }
-    void deleteAsksAndNoKeepsTheRow()
-    {
-        QFETCH(bool, parameterized);
-        Fixture f;
-        setUp(f, parameterized);
-        const qint32 id = insertRow(*f.connection, at(2004, 3, 17), at(2004, 3, 17), QStringLiteral("Urlaub"));
-        f.trace.clear();
-        kvScriptedMessageBox box;
-        kvScopedService installed(box);
-        box.EnqueueAnswer(kvMessageBox::vbNo);
-        bool bCancel = false;
-        f.store.DeleteAppointment(id, at(2004, 3, 17), at(2004, 3, 17), QStringLiteral("Urlaub"), {}, {}, bCancel);
-        QCOMPARE(box.CallCount(), 1);
-        QCOMPARE(box.LastCall().prompt, QStringLiteral("Termin < Urlaub> löschen?"));
-        QCOMPARE(box.LastCall().buttons, 35);
-        QCOMPARE(box.LastCall().title, QString());
-        QVERIFY(bCancel);
-        QVERIFY(f.trace.isEmpty());
-        QVERIFY(f.reports.isEmpty());
-        QCOMPARE(rows(*f.connection).size(), 1);
-    }
-
-    void deleteCancelledAtATimedAppointment_data() { modes(); }
-    void deleteCancelledAtATimedAppointment()
-    {
-        QFETCH(bool, parameterized);
-        Fixture f;
-        setUp(f, parameterized);
-        const qint32 id = insertRow(*f.connection, at(2004, 3, 17, 14, 30), at(2004, 3, 17, 15), QStringLiteral("Zahnarzt"));
-        kvScriptedMessageBox box;
-        kvScopedService installed(box);
-        box.EnqueueAnswer(kvMessageBox::vbCancel);
-        bool bCancel = false;
-        f.store.DeleteAppointment(id, at(2004, 3, 17, 14, 30), at(2004, 3, 17, 15), QStringLiteral("Zahnarzt"),
-                                  {}, {}, bCancel);
-        QCOMPARE(box.LastCall().prompt, QStringLiteral("Termin <14:30 Zahnarzt> löschen?"));
-        QVERIFY(bCancel);
-        QCOMPARE(rows(*f.connection).size(), 1);
-    }
-
-    void deleteOnYes_data() { modes(); }
-    void deleteOnYes()
+    void deleteWritesTheRow_data() { modes(); }
+    void deleteWritesTheRow()
     {
         QFETCH(bool, parameterized);
         Fixture f;
@@ -1131,13 +1082,7 @@ private slots:
         const qint32 keep = insertRow(*f.connection, at(2004, 3, 16, 9), at(2004, 3, 16, 10), QStringLiteral("bleibt"));
         const qint32 id = insertRow(*f.connection, at(2004, 3, 17, 14, 30), at(2004, 3, 17, 15), QStringLiteral("Zahnarzt"));
         f.trace.clear();
-        kvScriptedMessageBox box;
-        kvScopedService installed(box);
-        box.EnqueueAnswer(kvMessageBox::vbYes);
-        bool bCancel = false;
-        f.store.DeleteAppointment(id, at(2004, 3, 17, 14, 30), at(2004, 3, 17, 15), QStringLiteral("Zahnarzt"),
-                                  {}, {}, bCancel);
-        QVERIFY(!bCancel);
+        f.store.DeleteAppointment(id);
         const QStringList sent = f.trace;
         const QList<QVariantMap> all = rows(*f.connection);
         if (parameterized) {
@@ -1156,19 +1101,13 @@ private slots:
         }
     }
 
-    void deleteWithoutConnectionAsksThenSkipsSilently()
+    void deleteWithoutConnectionSkipsSilently()
     {
         kvAppointmentStore store;
         store.setRecordSource(termine);
         int reports = 0;
         store.SetReporter([&](int, const QString &) { ++reports; });
-        kvScriptedMessageBox box;
-        kvScopedService installed(box);
-        box.EnqueueAnswer(kvMessageBox::vbYes);
-        bool bCancel = false;
-        store.DeleteAppointment(5, at(2004, 3, 17), at(2004, 3, 17), QStringLiteral("Urlaub"), {}, {}, bCancel);
-        QCOMPARE(box.CallCount(), 1);
-        QVERIFY(!bCancel);
+        store.DeleteAppointment(5);
         QCOMPARE(reports, 0);
     }
 };

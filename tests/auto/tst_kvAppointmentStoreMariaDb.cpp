@@ -6,10 +6,7 @@
 #include "kvDataTestSupport.h"
 #include "kvDayLoading.h"
 #include "kvFields.h"
-#include "kvMessageBox.h"
 #include "kvRecordset.h"
-#include "kvScopedService.h"
-#include "kvScriptedMessageBox.h"
 #include "kvSqlTexts.h"
 #include "kvTestSupport.h"
 
@@ -164,11 +161,7 @@ private slots:
                                             "(((StoreTermine.DateBegin) < '2004-03-22 00:00')) ORDER BY "
                                             "StoreTermine.DateBegin DESC")));
 
-        kvScriptedMessageBox box;
-        kvScopedService installed(box);
-        box.EnqueueAnswer(kvMessageBox::vbYes);
-        bool bCancel = false;
-        m_store->DeleteAppointment(id, at(2004, 3, 16, 10), at(2004, 3, 18), QStringLiteral("Messe"), {}, {}, bCancel);
+        m_store->DeleteAppointment(id);
         QVERIFY(generalLog().contains(
             QStringLiteral("DELETE StoreTermine.* FROM StoreTermine WHERE (StoreTermine.DateID = %1)").arg(id)));
         // MariaDB knows the multi-table form "DELETE T.* FROM T": the legacy delete works here.
@@ -295,18 +288,7 @@ private slots:
         QVERIFY(generalLog().contains(QStringLiteral("Prepare\tUPDATE StoreTermine SET DateBegin = ?, DateEnd = ?, "
                                                      "Name = ?, Remark = ?, Document = ?, ImageID = ? WHERE DateID = ?")));
 
-        kvScriptedMessageBox box;
-        kvScopedService installed(box);
-        box.EnqueueAnswer(kvMessageBox::vbNo);
-        box.EnqueueAnswer(kvMessageBox::vbYes);
-        bool bCancel = false;
-        m_store->DeleteAppointment(id, at(2004, 3, 18, 9), at(2004, 3, 18, 10), injection, {}, {}, bCancel);
-        QVERIFY(bCancel);
-        QCOMPARE(box.LastCall().prompt, QStringLiteral("Termin <09:00 ") + injection + QStringLiteral("> löschen?"));
-        QCOMPARE(rows().size(), 1);
-        bCancel = false;
-        m_store->DeleteAppointment(id, at(2004, 3, 18, 9), at(2004, 3, 18, 10), injection, {}, {}, bCancel);
-        QVERIFY(!bCancel);
+        m_store->DeleteAppointment(id);
         QVERIFY(m_reports.isEmpty());
         QVERIFY(rows().isEmpty()); // the table is still there, and empty
         QVERIFY(generalLog().contains(QStringLiteral("Prepare\tDELETE FROM StoreTermine WHERE DateID = ?")));

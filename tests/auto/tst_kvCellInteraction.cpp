@@ -5,6 +5,7 @@
 #include "ctlToolTip.h"
 #include "kvControlTestServices.h"
 #include "kvEditCalendar.h"
+#include "kvKalivoTestAccess.h"
 #include "kvKalivo.h"
 #include "kvScopedService.h"
 #include "kvSystemMessageBox.h"
@@ -84,7 +85,7 @@ void tst_kvCellInteraction::rightClickOnDayDisablesRowItems()
     ctlDay *day = calendar.cell(17);
     QTest::mouseClick(day, Qt::RightButton, Qt::NoModifier, QPoint(day->width() / 2, day->height() - 10));
     QCOMPARE(calendar.control.ActualDate(), QDate(2026, 11, 17));
-    QCOMPARE(calendar.control.SelectedDayIndex(), qint16(2));
+    QCOMPARE(kvKalivoTestAccess::SelectedDayIndex(calendar.control), qint16(2));
     QVERIFY(day->IsActualDay());
     QVERIFY(!calendar.item(1)->isEnabled());
     QVERIFY(!calendar.item(2)->isEnabled());
@@ -94,7 +95,7 @@ void tst_kvCellInteraction::rightClickOnDayDisablesRowItems()
     calendar.menu()->hide();
     // Other buttons do nothing.
     QTest::mouseClick(calendar.cell(19), Qt::LeftButton, Qt::NoModifier, QPoint(20, calendar.cell(19)->height() - 10));
-    QCOMPARE(calendar.control.SelectedDayIndex(), qint16(2));
+    QCOMPARE(kvKalivoTestAccess::SelectedDayIndex(calendar.control), qint16(2));
     QVERIFY(!calendar.menu()->isVisible());
 }
 
@@ -104,8 +105,8 @@ void tst_kvCellInteraction::rightClickOnRowEnablesRowItems()
     Calendar calendar;
     QTest::mouseClick(calendar.cell(18), Qt::RightButton, Qt::NoModifier, calendar.rowPoint(18, 2));
     QCOMPARE(calendar.control.ActualDate(), QDate(2026, 11, 18));
-    QCOMPARE(calendar.control.SelectedDayIndex(), qint16(3));
-    QCOMPARE(calendar.control.SelectedEntryIndex(), qint16(2));
+    QCOMPARE(kvKalivoTestAccess::SelectedDayIndex(calendar.control), qint16(3));
+    QCOMPARE(kvKalivoTestAccess::SelectedEntryIndex(calendar.control), qint16(2));
     QVERIFY(calendar.cell(18)->IsActualDay());
     QVERIFY(calendar.item(1)->isEnabled());
     QVERIFY(calendar.item(2)->isEnabled());
@@ -173,11 +174,11 @@ void tst_kvCellInteraction::tooltipAfterRestThenImmediateThenIdle()
     calendar.move(18, 1, 5, 5);
     QVERIFY(calendar.timer("TimerTooltip")->isActive()); // armed
     QVERIFY(!tip->isVisible());
-    QVERIFY(!calendar.control.TooltipMode());
+    QVERIFY(!kvKalivoTestAccess::TooltipMode(calendar.control));
     QTest::qWait(500);
     QVERIFY(!tip->isVisible());
     QTRY_VERIFY_WITH_TIMEOUT(tip->isVisible(), 1500);
-    QVERIFY(calendar.control.TooltipMode());
+    QVERIFY(kvKalivoTestAccess::TooltipMode(calendar.control));
     QVERIFY(!calendar.timer("TimerTooltip")->isActive());
     const ctlEntry *row = calendar.cell(18)->Entries(1);
     QCOMPARE(tip->Text(), QStringLiteral("Zahnarzt"));
@@ -190,7 +191,7 @@ void tst_kvCellInteraction::tooltipAfterRestThenImmediateThenIdle()
     // Leaving the row (the captured row keeps getting the moves): hidden, mode still on.
     calendar.move(18, 1, 5, row->Height() + 3);
     QVERIFY(!tip->isVisible());
-    QVERIFY(calendar.control.TooltipMode());
+    QVERIFY(kvKalivoTestAccess::TooltipMode(calendar.control));
     QVERIFY(calendar.timer("TimerTooltipOFF")->isActive());
 
     // Another row within 800 ms: shown at once.
@@ -207,7 +208,7 @@ void tst_kvCellInteraction::tooltipAfterRestThenImmediateThenIdle()
     // Off all rows for 800 ms: idle again.
     calendar.move(18, 2, second->Width() + 1, 5);
     QVERIFY(!tip->isVisible());
-    QTRY_VERIFY_WITH_TIMEOUT(!calendar.control.TooltipMode(), 1500);
+    QTRY_VERIFY_WITH_TIMEOUT(!kvKalivoTestAccess::TooltipMode(calendar.control), 1500);
     calendar.move(18, 1, 5, 5);
     QVERIFY(!tip->isVisible());
     QVERIFY(calendar.timer("TimerTooltip")->isActive());
@@ -225,8 +226,8 @@ void tst_kvCellInteraction::tooltipOnActualDayIsNotShifted()
     QTRY_VERIFY_WITH_TIMEOUT(calendar.toolTip()->isVisible(), 1500);
     const ctlEntry *row = calendar.cell(18)->Entries(1);
     QCOMPARE(calendar.toolTip()->pos(), QPoint(calendar.cell(18)->x() + row->Left(), calendar.cell(18)->y() + row->Top()));
-    QCOMPARE(calendar.toolTip()->NormalWidth(), qint16(calendar.control.DayCell(1)->width() - 2));
-    QCOMPARE(calendar.toolTip()->MinWidth(), qint16(calendar.control.DayCell(1)->width()));
+    QCOMPARE(calendar.toolTip()->NormalWidth(), qint16(kvKalivoTestAccess::DayCell(calendar.control, 1)->width() - 2));
+    QCOMPARE(calendar.toolTip()->MinWidth(), qint16(kvKalivoTestAccess::DayCell(calendar.control, 1)->width()));
 }
 
 void tst_kvCellInteraction::tooltipPushedBackAtRightEdge()
@@ -259,13 +260,13 @@ void tst_kvCellInteraction::clickOnTooltipOrRowHidesIt()
     QTRY_VERIFY_WITH_TIMEOUT(calendar.toolTip()->isVisible(), 1500);
     QTest::mouseClick(calendar.toolTip(), Qt::LeftButton, Qt::NoModifier, QPoint(5, 5));
     QVERIFY(!calendar.toolTip()->isVisible());
-    QVERIFY(!calendar.control.TooltipMode()); // straight to idle
+    QVERIFY(!kvKalivoTestAccess::TooltipMode(calendar.control)); // straight to idle
 
     calendar.move(18, 2, 5, 5);
     QTRY_VERIFY_WITH_TIMEOUT(calendar.toolTip()->isVisible(), 1500);
     Q_EMIT calendar.cell(18)->EntryMouseDown(2, 0, 0, 0, 0, 0, 0);
     QVERIFY(!calendar.toolTip()->isVisible());
-    QVERIFY(!calendar.control.TooltipMode());
+    QVERIFY(!kvKalivoTestAccess::TooltipMode(calendar.control));
 
     calendar.move(18, 1, 5, 5);
     QTRY_VERIFY_WITH_TIMEOUT(calendar.toolTip()->isVisible(), 1500);
@@ -345,7 +346,7 @@ void tst_kvCellInteraction::dialogsOpenWithTheMouseFree()
     open(calendar);
     QCOMPARE(grabberWhileOpen, nullptr);
     QVERIFY(closedByClick);
-    QVERIFY(!calendar.control.TooltipMode());
+    QVERIFY(!kvKalivoTestAccess::TooltipMode(calendar.control));
     QCOMPARE(calendar.writes(), 0);
     // Resting on a row afterwards captures it anew.
     calendar.hover(18, 2);

@@ -7,6 +7,7 @@
 #include "kvDayLoading.h"
 #include "kvError.h"
 #include "kvTestCalendar.h"
+#include "kvKalivoTestAccess.h"
 #include "kvTestSupport.h"
 
 #include <QFile>
@@ -134,13 +135,13 @@ private slots:
         calendar.control.setRaiseErrorEvent(false);
         QCOMPARE(errors, QList<int>{12});
         QCOMPARE(calendar.statements.size(), 1);   // one wait, then the rest of the reload is left
-        QCOMPARE(calendar.control.DayCell(2)->datDay(), at(17));   // the days are there, empty
-        QCOMPARE(calendar.control.DayCell(2)->EntriesCount(), 0);
+        QCOMPARE(kvKalivoTestAccess::DayCell(calendar.control, 2)->datDay(), at(17));   // the days are there, empty
+        QCOMPARE(kvKalivoTestAccess::DayCell(calendar.control, 2)->EntriesCount(), 0);
 
         lock.release();
         calendar.control.Refresh();
         QCOMPARE(errors.size(), 1);
-        QCOMPARE(calendar.control.DayCell(2)->EntriesCount(), 1);
+        QCOMPARE(kvKalivoTestAccess::DayCell(calendar.control, 2)->EntriesCount(), 1);
     }
 
     void writesThatCannotBeMadeAreReported_data()
@@ -163,12 +164,7 @@ private slots:
         f.store.InsertAppointment(at(18, 9), at(18, 10), QStringLiteral("Friseur"), {}, {}, 0);
         f.store.UpdateAppointment(cell->Entries(1)->DateID(), at(17, 11), at(17, 12), QStringLiteral("später"),
                                   {}, {}, 0);
-        kvScriptedMessageBox box;
-        kvScopedService installed(box);
-        box.EnqueueAnswer(kvMessageBox::vbYes);
-        bool bCancel = false;
-        f.store.DeleteAppointment(cell->Entries(1)->DateID(), at(17, 9), at(17, 10), QStringLiteral("Zahnarzt"),
-                                  {}, {}, bCancel);
+        f.store.DeleteAppointment(cell->Entries(1)->DateID());
         QCOMPARE(f.reports.size(), 3);
         const QList<int> codes{800, 600, 700};
         for (int i = 0; i < 3; ++i) {

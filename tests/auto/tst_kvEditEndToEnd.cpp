@@ -4,6 +4,7 @@
 #include "frmEdit.h"
 #include "kvControlTestServices.h"
 #include "kvEditCalendar.h"
+#include "kvKalivoTestAccess.h"
 #include "kvKalivo.h"
 #include "kvMessageBox.h"
 #include "kvScopedService.h"
@@ -76,7 +77,7 @@ void tst_kvEditEndToEnd::doubleClickDayCreatesAppointmentOnThatDay()
     ctlDay *day = calendar.cell(17);
     calendar.doubleClick(day, QPoint(day->width() / 2, day->height() / 2));
     QCOMPARE(runner.ExecCount(), 1);
-    QCOMPARE(calendar.control.SelectedEntryIndex(), qint16(-1));
+    QCOMPARE(kvKalivoTestAccess::SelectedEntryIndex(calendar.control), qint16(-1));
     QCOMPARE(calendar.names(), QStringList{QStringLiteral("Zahnarzt")});
     QCOMPARE(calendar.begins().constFirst().date(), QDate(2026, 11, 17));
     QCOMPARE(calendar.cell(17)->EntriesCount(), 1);

@@ -8,6 +8,7 @@
 #include "kvGridGeometry.h"
 #include "kvControlTestServices.h"
 #include "kvKalivo.h"
+#include "kvKalivoTestAccess.h"
 #include "kvTestCalendar.h"
 #include "kvRecordset.h"
 #include "kvTestSupport.h"
@@ -35,8 +36,8 @@ struct Calendar : kvTestCalendar
     // The texts of the rows in the cell that shows \a day, with the marker for continued ones.
     QStringList rowsOf(const QDate &day) const
     {
-        for (int index = 1; index <= control.DayCellCount(); ++index) {
-            const ctlDay *cell = control.DayCell(index);
+        for (int index = 1; index <= kvKalivoTestAccess::DayCellCount(control); ++index) {
+            const ctlDay *cell = kvKalivoTestAccess::DayCell(control, index);
             if (cell->datDay().date() != day)
                 continue;
             QStringList rows;
@@ -168,9 +169,9 @@ private slots:
     {
         Calendar calendar;
         calendar.control.setActualDate(QDate(2026, 11, 18));
-        QCOMPARE(calendar.control.DayCellCount(), 7);
-        QCOMPARE(calendar.control.DayCell(1)->datDay().date(), QDate(2026, 11, 16));
-        QCOMPARE(calendar.control.DayCell(7)->datDay().date(), QDate(2026, 11, 22));
+        QCOMPARE(kvKalivoTestAccess::DayCellCount(calendar.control), 7);
+        QCOMPARE(kvKalivoTestAccess::DayCell(calendar.control, 1)->datDay().date(), QDate(2026, 11, 16));
+        QCOMPARE(kvKalivoTestAccess::DayCell(calendar.control, 7)->datDay().date(), QDate(2026, 11, 22));
         QCOMPARE(calendar.control.findChild<QLabel *>(QStringLiteral("lblWeekDay1"))->text(),
                  QStringLiteral("Montag"));
         QCOMPARE(calendar.control.findChild<QLabel *>(QStringLiteral("lblWeekDay5"))->text(),
@@ -190,10 +191,10 @@ private slots:
     {
         Calendar calendar;
         calendar.control.setView(kvKalivo::kvMonth);
-        QCOMPARE(calendar.control.DayCellCount(), 42);
+        QCOMPARE(kvKalivoTestAccess::DayCellCount(calendar.control), 42);
         for (int index = 7; index <= 42; index += 7) {
-            const ctlDay *sunday = calendar.control.DayCell(index);
-            const ctlDay *saturday = calendar.control.DayCell(index - 1);
+            const ctlDay *sunday = kvKalivoTestAccess::DayCell(calendar.control, index);
+            const ctlDay *saturday = kvKalivoTestAccess::DayCell(calendar.control, index - 1);
             QCOMPARE(sunday->datDay().weekdayFromMonday(), 7);
             QCOMPARE(saturday->datDay().weekdayFromMonday(), 6);
             QCOMPARE(sunday->x(), saturday->x());
@@ -217,8 +218,8 @@ private slots:
         Calendar calendar;
         calendar.control.setView(kvKalivo::kvMonth);
         calendar.control.setActualDate(date);
-        QCOMPARE(calendar.control.DayCell(1)->datDay().date(), QDate(date.year(), date.month(), 1));
-        QCOMPARE(calendar.control.DayCell(42)->datDay().date(), last);
+        QCOMPARE(kvKalivoTestAccess::DayCell(calendar.control, 1)->datDay().date(), QDate(date.year(), date.month(), 1));
+        QCOMPARE(kvKalivoTestAccess::DayCell(calendar.control, 42)->datDay().date(), last);
     }
 
     void weekColumnShowsTheIsoWeeks()
@@ -244,7 +245,7 @@ private slots:
         calendar.control.setView(kvKalivo::kvMonth);
         calendar.control.setActualDate(QDate(2026, 11, 10));
         for (int index = 1; index <= 42; ++index) {
-            ctlDay *cell = calendar.control.DayCell(index);
+            ctlDay *cell = kvKalivoTestAccess::DayCell(calendar.control, index);
             const QDate day = cell->datDay().date();
             const uint header = cell->ctlHeader().BackColor();
             if (day == fixedToday)
@@ -256,8 +257,8 @@ private slots:
         }
         const auto cellOf = [&](const QDate &day) {
             for (int index = 1; index <= 42; ++index)
-                if (calendar.control.DayCell(index)->datDay().date() == day)
-                    return calendar.control.DayCell(index);
+                if (kvKalivoTestAccess::DayCell(calendar.control, index)->datDay().date() == day)
+                    return kvKalivoTestAccess::DayCell(calendar.control, index);
             return static_cast<ctlDay *>(nullptr);
         };
         QCOMPARE(cellOf(QDate(2026, 11, 1))->PublicHolidayName(), QStringLiteral("Allerheiligen"));
@@ -280,7 +281,7 @@ private slots:
         Calendar calendar;
         calendar.control.setPublicHoliday(true);
         calendar.control.setActualDate(QDate(2026, 11, 17));
-        ctlDay *selected = calendar.control.DayCell(2);
+        ctlDay *selected = kvKalivoTestAccess::DayCell(calendar.control, 2);
         QVERIFY(selected->IsActualDay());
         QVERIFY(selected->ctlHeader().lblTime().Bold);
         calendar.control.setRaiseEditEvent(true);
@@ -316,9 +317,9 @@ private slots:
         calendar.add(at(2026, 11, 17, 9, 30), at(2026, 11, 17, 10, 30), QStringLiteral("Teambesprechung"));
         calendar.control.setUserMode(false);
         calendar.control.Refresh();
-        QCOMPARE(calendar.control.DayCellCount(), 7);
+        QCOMPARE(kvKalivoTestAccess::DayCellCount(calendar.control), 7);
         for (int index = 1; index <= 7; ++index)
-            QCOMPARE(calendar.control.DayCell(index)->EntriesCount(), 0);
+            QCOMPARE(kvKalivoTestAccess::DayCell(calendar.control, index)->EntriesCount(), 0);
     }
 
     void aFailingDayLoadIsReportedOnceAtTheEnd()
@@ -379,8 +380,8 @@ private slots:
         QApplication::processEvents();
         const QImage image = calendar.control.grab().toImage();
         QVERIFY(image.save(QStringLiteral("%1/kvGrid-%2.png").arg(galleryFolder(), QString::fromLatin1(QTest::currentDataTag()))));
-        for (int index = 1; index <= calendar.control.DayCellCount(); ++index)
-            QVERIFY(calendar.control.rect().contains(calendar.control.DayCell(index)->geometry()));
+        for (int index = 1; index <= kvKalivoTestAccess::DayCellCount(calendar.control); ++index)
+            QVERIFY(calendar.control.rect().contains(kvKalivoTestAccess::DayCell(calendar.control, index)->geometry()));
     }
 };
 

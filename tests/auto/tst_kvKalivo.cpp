@@ -6,6 +6,7 @@
 #include "kvError.h"
 #include "kvControlTestServices.h"
 #include "kvKalivo.h"
+#include "kvKalivoTestAccess.h"
 #include "kvMemoryPropertyBag.h"
 #include "kvSettingsPropertyBag.h"
 #include "kvTestSupport.h"
@@ -47,9 +48,9 @@ QDateEdit *datePicker(const kvKalivo &control)
 struct Observer
 {
     explicit Observer(kvKalivo &control)
-        : arranged(&control, &kvKalivo::gridArranged)
-        , marked(&control, &kvKalivo::actualDayMarked)
-        , coloured(&control, &kvKalivo::coloursApplied)
+        : arranged(kvKalivoTestAccess::Grid(control), &kvDayGrid::gridArranged)
+        , marked(kvKalivoTestAccess::Grid(control), &kvDayGrid::actualDayMarked)
+        , coloured(kvKalivoTestAccess::Grid(control), &kvDayGrid::coloursApplied)
         , notified(&control, &kvKalivo::PropertyChanged)
     {
     }
@@ -339,8 +340,8 @@ private slots:
     {
         kvKalivo control;
         QStringList order;
-        connect(&control, &kvKalivo::gridArranged, this, [&order] { order << QStringLiteral("arrange"); });
-        connect(&control, &kvKalivo::actualDayMarked, this, [&order] { order << QStringLiteral("mark"); });
+        connect(kvKalivoTestAccess::Grid(control), &kvDayGrid::gridArranged, this, [&order] { order << QStringLiteral("arrange"); });
+        connect(kvKalivoTestAccess::Grid(control), &kvDayGrid::actualDayMarked, this, [&order] { order << QStringLiteral("mark"); });
         control.setWeeksVisible(false);
         QCOMPARE(order, (QStringList{QStringLiteral("arrange"), QStringLiteral("mark")}));
     }
@@ -518,7 +519,7 @@ private slots:
         kvKalivo control;
         control.resize(800, 500);
         control.show();
-        QVERIFY(control.DayCellCount() > 0);
+        QVERIFY(kvKalivoTestAccess::DayCellCount(control) > 0);
         QVERIFY(control.setProperty(property.constData(), 0u));
         kvMemoryPropertyBag empty;
         control.ReadProperties(empty);

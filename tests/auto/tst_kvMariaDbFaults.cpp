@@ -5,6 +5,7 @@
 #include "kvMariaDbServer.h"
 #include "kvRecordset.h"
 #include "kvTestCalendar.h"
+#include "kvKalivoTestAccess.h"
 #include "kvTestSupport.h"
 
 #include <QFile>
@@ -103,7 +104,7 @@ private slots:
     void aFrozenServerTimesOutOnceAndTheControlRecovers()
     {
         const auto calendar = calendarWithOneAppointment();
-        QCOMPARE(calendar->control.DayCell(2)->EntriesCount(), 1);
+        QCOMPARE(kvKalivoTestAccess::DayCell(calendar->control, 2)->EntriesCount(), 1);
         {
             QVERIFY(m_server->pause());
             ResumeGuard guard(*m_server, 30);
@@ -116,13 +117,13 @@ private slots:
         }
         calendar->control.Refresh();
         QCOMPARE(messageBox().CallCount(), 1);
-        QCOMPARE(calendar->control.DayCell(2)->EntriesCount(), 1);
+        QCOMPARE(kvKalivoTestAccess::DayCell(calendar->control, 2)->EntriesCount(), 1);
     }
 
     void afterARestartReadsHealAndAWriteIsNeverSentTwice()
     {
         const auto calendar = calendarWithOneAppointment();
-        const qint32 id = calendar->control.DayCell(2)->Entries(1)->DateID();
+        const qint32 id = kvKalivoTestAccess::DayCell(calendar->control, 2)->Entries(1)->DateID();
         QVERIFY(m_server->kill());
         calendar->control.Refresh();
         QCOMPARE(messageBox().CallCount(), 1);   // the server is down: said once for the reload
@@ -132,7 +133,7 @@ private slots:
         QVERIFY(m_server->restart());
         calendar->control.Refresh();
         QCOMPARE(messageBox().CallCount(), 1);
-        QCOMPARE(calendar->control.DayCell(2)->EntriesCount(), 1);
+        QCOMPARE(kvKalivoTestAccess::DayCell(calendar->control, 2)->EntriesCount(), 1);
 
         kvAppointmentStore *store = calendar->control.findChild<kvAppointmentStore *>();
         QVERIFY(m_server->kill());

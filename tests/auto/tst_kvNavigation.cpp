@@ -5,6 +5,7 @@
 #include "kvConnection.h"
 #include "kvControlTestServices.h"
 #include "kvKalivo.h"
+#include "kvKalivoTestAccess.h"
 #include "kvTestCalendar.h"
 #include "kvPdfPrinterService.h"
 #include "kvRecordset.h"
@@ -85,7 +86,7 @@ private slots:
         calendar.control.setActualDate(QDate(2024, 1, 31));
         calendar.press("Forward");
         QCOMPARE(calendar.control.ActualDate(), QDate(2024, 2, 29));
-        QCOMPARE(calendar.control.DayCell(1)->datDay().date(), QDate(2024, 1, 29));
+        QCOMPARE(kvKalivoTestAccess::DayCell(calendar.control, 1)->datDay().date(), QDate(2024, 1, 29));
         calendar.press("Back");
         QCOMPARE(calendar.control.ActualDate(), QDate(2024, 1, 29));
         QCOMPARE(calendar.status(), QStringLiteral("5. KW"));
@@ -112,7 +113,7 @@ private slots:
         calendar.control.Refresh();
         calendar.statements.clear();
         calendar.press("Forward");
-        QCOMPARE(calendar.control.DayCell(1)->datDay().date(), QDate(2026, 11, 23));
+        QCOMPARE(kvKalivoTestAccess::DayCell(calendar.control, 1)->datDay().date(), QDate(2026, 11, 23));
         QCOMPARE(calendar.dayLoads(), 7);
     }
 
@@ -123,10 +124,10 @@ private slots:
         Calendar calendar;
         calendar.add(at(2026, 11, 17, 9), at(2026, 11, 17, 10), QStringLiteral("Teambesprechung"));
         calendar.control.setActualDate(QDate(2026, 11, 17));
-        QCOMPARE(calendar.control.DayCell(2)->EntriesCount(), 1);
-        QVERIFY(calendar.control.DayCell(2)->IsActualDay());
-        QSignalSpy arranged(&calendar.control, &kvKalivo::gridArranged);
-        QSignalSpy marked(&calendar.control, &kvKalivo::actualDayMarked);
+        QCOMPARE(kvKalivoTestAccess::DayCell(calendar.control, 2)->EntriesCount(), 1);
+        QVERIFY(kvKalivoTestAccess::DayCell(calendar.control, 2)->IsActualDay());
+        QSignalSpy arranged(kvKalivoTestAccess::Grid(calendar.control), &kvDayGrid::gridArranged);
+        QSignalSpy marked(kvKalivoTestAccess::Grid(calendar.control), &kvDayGrid::actualDayMarked);
         calendar.statements.clear();
         QLabel *panel = calendar.control.findChild<QStatusBar *>()->findChild<QLabel *>();
         panel->setText(QStringLiteral("unverändert"));
@@ -135,9 +136,9 @@ private slots:
         QCOMPARE(calendar.statements, QStringList());
         QCOMPARE(arranged.count(), 0);
         QCOMPARE(marked.count(), 1);
-        QCOMPARE(calendar.control.DayCell(2)->EntriesCount(), 1);
-        QVERIFY(!calendar.control.DayCell(2)->IsActualDay());
-        QVERIFY(calendar.control.DayCell(7)->IsActualDay());
+        QCOMPARE(kvKalivoTestAccess::DayCell(calendar.control, 2)->EntriesCount(), 1);
+        QVERIFY(!kvKalivoTestAccess::DayCell(calendar.control, 2)->IsActualDay());
+        QVERIFY(kvKalivoTestAccess::DayCell(calendar.control, 7)->IsActualDay());
         QCOMPARE(panel->text(), QStringLiteral("unverändert"));
     }
 
@@ -147,7 +148,7 @@ private slots:
         calendar.control.setActualDate(QDate(2026, 1, 14));
         calendar.statements.clear();
         calendar.press("Today");
-        QCOMPARE(calendar.control.DayCell(1)->datDay().date(), QDate(2026, 11, 16));
+        QCOMPARE(kvKalivoTestAccess::DayCell(calendar.control, 1)->datDay().date(), QDate(2026, 11, 16));
         QCOMPARE(calendar.dayLoads(), 7);
         QCOMPARE(calendar.status(), QStringLiteral("3. KW")); // still the setter's last word
         QCOMPARE(calendar.control.findChild<QDateEdit *>(QStringLiteral("DTPicker1"))->date(), fixedToday);
@@ -159,7 +160,7 @@ private slots:
         calendar.control.setActualDate(QDate(2026, 11, 18));
         calendar.control.findChild<QDateEdit *>(QStringLiteral("DTPicker1"))->setDate(QDate(2026, 12, 24));
         QCOMPARE(calendar.control.ActualDate(), QDate(2026, 12, 24));
-        QCOMPARE(calendar.control.DayCell(1)->datDay().date(), QDate(2026, 12, 21));
+        QCOMPARE(kvKalivoTestAccess::DayCell(calendar.control, 1)->datDay().date(), QDate(2026, 12, 21));
     }
 
     // Edge case: switching view with "Week"/"Month" re-arranges the grid even when AutoRefresh
@@ -170,9 +171,9 @@ private slots:
         calendar.control.setAutoRefresh(false);
         calendar.press("Month");
         QCOMPARE(calendar.control.View(), kvKalivo::kvMonth);
-        QCOMPARE(calendar.control.DayCellCount(), 42);
+        QCOMPARE(kvKalivoTestAccess::DayCellCount(calendar.control), 42);
         calendar.press("Week");
-        QCOMPARE(calendar.control.DayCellCount(), 7);
+        QCOMPARE(kvKalivoTestAccess::DayCellCount(calendar.control), 7);
     }
 
     void menuItemSixOffersTheOtherView()
@@ -241,12 +242,12 @@ private slots:
         calendar.control.setActualDate(QDate(2026, 11, 18));
         calendar.press("Next");
         QCOMPARE(calendar.control.ActualDate(), QDate(2026, 12, 3));
-        QCOMPARE(calendar.control.DayCell(1)->datDay().date(), QDate(2026, 11, 30));
-        QCOMPARE(calendar.control.DayCell(4)->EntriesCount(), 1);
-        QVERIFY(calendar.control.DayCell(4)->IsActualDay());
+        QCOMPARE(kvKalivoTestAccess::DayCell(calendar.control, 1)->datDay().date(), QDate(2026, 11, 30));
+        QCOMPARE(kvKalivoTestAccess::DayCell(calendar.control, 4)->EntriesCount(), 1);
+        QVERIFY(kvKalivoTestAccess::DayCell(calendar.control, 4)->IsActualDay());
         calendar.press("Previous");
         QCOMPARE(calendar.control.ActualDate(), QDate(2026, 10, 30));
-        QCOMPARE(calendar.control.DayCell(5)->Entries(1)->Text(), QStringLiteral("Arzt"));
+        QCOMPARE(kvKalivoTestAccess::DayCell(calendar.control, 5)->Entries(1)->Text(), QStringLiteral("Arzt"));
         calendar.press("Previous"); // nothing earlier: nothing changes, nothing is reported
         QCOMPARE(calendar.control.ActualDate(), QDate(2026, 10, 30));
         QCOMPARE(m_services->messageBox().CallCount(), 0);

@@ -4,6 +4,7 @@
 #include "ctlEntry.h"
 #include "kvScriptedModalRunner.h"
 #include "kvTestCalendar.h"
+#include "kvKalivoTestAccess.h"
 
 #include <QDialog>
 #include <QLineEdit>
@@ -31,7 +32,7 @@ struct kvEditCalendar : kvTestCalendar
     }
 
     //! Day cell of 16 .. 22 November.
-    ctlDay *cell(int day) { return control.DayCell(day - 15); }
+    ctlDay *cell(int day) { return kvKalivoTestAccess::DayCell(control, day - 15); }
 
     QPoint rowPoint(int day, int row)
     {

@@ -11,8 +11,6 @@
 #include "kvFields.h"
 #include "kvFormat.h"
 #include "kvInt16.h"
-#include "kvMessageBox.h"
-#include "kvPlatform.h"
 #include "kvRecordset.h"
 #include "kvRuntimeError.h"
 #include "kvSqlTexts.h"
@@ -31,7 +29,6 @@ constexpr int adLockUnspecified = -1;
 constexpr int adLockReadOnly = 1;
 constexpr int adLockPessimistic = 2;
 
-constexpr int DeleteQuestionStyle = kvMessageBox::vbYesNoCancel + kvMessageBox::vbQuestion;
 constexpr qint16 NoIcon = 0;
 constexpr qint16 FirstIcon = 10;
 
@@ -355,19 +352,11 @@ void kvAppointmentStore::UpdateAppointment(qint32 DateID, const kvDate &DateBegi
     }
 }
 
-void kvAppointmentStore::DeleteAppointment(qint32 DateID, const kvDate &DateBegin,
-                                           const kvDate & /*DateEnd*/, const QString &Name,
-                                           const QString & /*Remark*/,
-                                           const QString & /*Document*/, bool &bCancel)
+void kvAppointmentStore::DeleteAppointment(qint32 DateID)
 {
+    if (!m_connection)
+        return;
     try {
-        const QString question = kvSqlTexts::DeleteQuestion(DateBegin, Name);
-        if (kvPlatform::messageBox().MsgBox(question, DeleteQuestionStyle, QString()) != kvMessageBox::vbYes) {
-            bCancel = true;
-            return;
-        }
-        if (!m_connection)
-            return;
         if (m_parameterizedSql)
             Execute(kvParameterizedSql::DeleteStatement(TableName(), DateID));
         else

@@ -114,10 +114,8 @@ public:
     void UpdateAppointment(qint32 DateID, const kvDate &DateBegin, const kvDate &DateEnd,
                            const QString &Name, const QString &Remark, const QString &Document,
                            qint16 ImageID);
-    //! Asks "Termin <…> löschen?" (style 35); deletes only on Yes, else sets \a bCancel.
-    void DeleteAppointment(qint32 DateID, const kvDate &DateBegin, const kvDate &DateEnd,
-                           const QString &Name, const QString &Remark, const QString &Document,
-                           bool &bCancel);
+    //! Deletes appointment \a DateID; the caller has asked first. A failure is reported as 700.
+    void DeleteAppointment(qint32 DateID);
 
 Q_SIGNALS:
     //! SetConnection() read the State (before the probe); "Next", "Previous", "New" follow it.

@@ -9,6 +9,7 @@
 #include "kvConnection.h"
 #include "kvControlTestServices.h"
 #include "kvErrorReporting.h"
+#include "kvKalivoTestAccess.h"
 #include "kvRecordset.h"
 #include "kvScriptedModalRunner.h"
 
@@ -53,7 +54,7 @@ struct Host
     bool checked(const char *checkBox) { return panel().findChild<QCheckBox *>(checkBox)->isChecked(); }
     QTreeWidget *log() { return panel().findChild<QTreeWidget *>("eventLog"); }
     const DemoHostEvent &lastEvent() { return panel().Events().constLast(); }
-    ctlDay *cell(int day) { return control().DayCell(qint16(day - 15)); }
+    ctlDay *cell(int day) { return kvKalivoTestAccess::DayCell(control(), qint16(day - 15)); }
 
     QStringList names()
     {

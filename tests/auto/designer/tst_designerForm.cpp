@@ -3,6 +3,7 @@
 #include "kvControlTestServices.h"
 #include "kvDesignerFormValues.h"
 #include "kvKalivo.h"
+#include "kvKalivoTestAccess.h"
 #include "kvMemoryPropertyBag.h"
 #include "ui_kvKalivoForm.h"
 
@@ -89,7 +90,7 @@ private slots:
         QVERIFY(m_loaded);
         m_loadedForm->show();
         QVERIFY(QTest::qWaitForWindowExposed(m_loadedForm.get()));
-        QCOMPARE(m_loaded->DayCellCount(), 42);
+        QCOMPARE(kvKalivoTestAccess::DayCellCount(*m_loaded), 42);
         QCOMPARE(m_loaded->findChild<QLabel *>(QStringLiteral("lblMonat"))->text(), QStringLiteral("März 2027"));
     }
 };

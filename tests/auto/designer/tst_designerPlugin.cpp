@@ -8,6 +8,7 @@
 #include "kvDesignerCore.h"
 #include "kvDesignerFormValues.h"
 #include "kvKalivo.h"
+#include "kvKalivoTestAccess.h"
 
 #include <QBuffer>
 #include <QDesignerFormWindowCursorInterface>
@@ -42,8 +43,8 @@ QString shown(const kvKalivo &calendar)
 {
     int dated = 0;
     int rows = 0;
-    for (int index = 1; index <= calendar.DayCellCount(); ++index) {
-        const ctlDay *cell = calendar.DayCell(index);
+    for (int index = 1; index <= kvKalivoTestAccess::DayCellCount(calendar); ++index) {
+        const ctlDay *cell = kvKalivoTestAccess::DayCell(calendar, index);
         dated += cell->datDay().days() != 0 || !cell->ctlHeader().Text().isEmpty();
         rows += cell->EntriesCount();
     }
