@@ -684,7 +684,7 @@ private slots:
         kvAppointmentStore store;
         store.setRecordSource(termine);
         ctlDay cell;
-        QVERIFY(store.LoadDayAppointments(at(2004, 3, 17), cell, 0).isEmpty());
+        QVERIFY(store.LoadDayAppointments(at(2004, 3, 17), kvDayCellFiller(cell, 0)).isEmpty());
         QCOMPARE(cell.EntriesCount(), 0);
         QCOMPARE(store.FindNextAppointment(at(2004, 3, 1)), std::nullopt);
     }

@@ -14,6 +14,7 @@
 #include "kvFaultInjection.h"
 #include "kvFormat.h"
 #include "kvControlArray.h"
+#include "kvDayCellFiller.h"
 #include "kvInt16.h"
 #include "kvModalRunner.h"
 #include "kvModalWindows.h"
@@ -940,7 +941,7 @@ void kvKalivo::FillDayCell(int index, const kvDate &day, bool runMode, QString &
         cell->setPublicHolidayName(GetPublicHolidayName(day));
     if (IsFirstCellOfRow(index))
         m_weekColumn->Add(QString::number(GetCalendarWeek(day)));
-    const QString failure = m_store->LoadDayAppointments(day, *cell, m_backColor);
+    const QString failure = m_store->LoadDayAppointments(day, kvDayCellFiller(*cell, m_backColor));
     if (!failure.isEmpty())
         pendingCode = failure;
 }
