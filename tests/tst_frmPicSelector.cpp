@@ -130,7 +130,8 @@ private slots:
     void noUsableFolderGivesTheBuiltinSet_data()
     {
         QTest::addColumn<QString>("kind");
-        for (const char *kind : {"empty path", "missing folder", "folder without .ico", "path is a file", "subfolder named 11.ico"})
+        for (const char *kind : {"empty path", "missing folder", "folder without .ico", "path is a file",
+                                 "subfolder named 11.ico"})
             QTest::newRow(kind) << QString::fromLatin1(kind);
     }
     void noUsableFolderGivesTheBuiltinSet()
@@ -144,7 +145,8 @@ private slots:
             path.clear();
         else if (kind != QStringLiteral("path is a file")) {
             path = folder.filePath(QStringLiteral("sub"));
-            QVERIFY(QDir(folder).mkpath(kind == QStringLiteral("subfolder named 11.ico") ? QStringLiteral("sub/11.ico") : QStringLiteral("sub")));
+            const bool subfolder = kind == QStringLiteral("subfolder named 11.ico");
+            QVERIFY(QDir(folder).mkpath(subfolder ? QStringLiteral("sub/11.ico") : QStringLiteral("sub")));
             QVERIFY(QImage(32, 32, QImage::Format_ARGB32).save(folder.filePath(QStringLiteral("sub/11.png"))));
         }
         picker().loadPics(path);

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "kvImageList.h"
-#include "kvkalivo_export.h"
 
 #include <QList>
 #include <QPixmap>
@@ -21,7 +20,7 @@
     A folder's pictures are numbered without gaps: a file that is missing or does not load adds
     no picture, so every later picture moves up one index.
 */
-class KVKALIVO_EXPORT kvIconCatalogue
+class kvIconCatalogue
 {
 public:
     static constexpr int CategoryCount = 6;
