@@ -1,6 +1,5 @@
 #include "ctlDay.h"
 #include "frmPicSelector.h"
-#include "kvTestSupport.h"
 
 #include <QColor>
 #include <QDir>
