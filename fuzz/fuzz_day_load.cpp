@@ -4,6 +4,7 @@
 #include "kvAppointmentStore.h"
 #include "kvAppointmentTable.h"
 #include "kvConnection.h"
+#include "kvDayCellFiller.h"
 #include "kvFuzzSupport.h"
 
 #include <QSqlDatabase>
@@ -72,7 +73,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         for (const kvDate &day : {kvDate::fromDate(QDate(2004, 3, 17)), kvDate::fromDate(QDate(100, 1, 1))}) {
             ctlDay cell;
             cell.Init(day, QString(), QString(), 0x8000000Fu, 0);
-            const QString result = store.LoadDayAppointments(day, cell, 0xFFFFFFu);
+            const QString result = store.LoadDayAppointments(day, kvDayCellFiller(cell, 0xFFFFFFu));
             kvFuzzCheck(result.isEmpty() || result.startsWith(QStringLiteral("12-")), "a load fails only with 12-", result);
         }
     }

@@ -4,6 +4,7 @@
 #include "ctlEntry.h"
 #include "kvAppointmentStore.h"
 #include "kvDate.h"
+#include "kvDayCellFiller.h"
 
 #include <QStringList>
 #include <QtGlobal>
@@ -19,7 +20,7 @@ inline std::unique_ptr<ctlDay> loadDay(kvAppointmentStore &store, const kvDate &
 {
     auto cell = std::make_unique<ctlDay>();
     cell->Init(day, QString(), QString(), 0x8000000Fu, 0);
-    const QString text = store.LoadDayAppointments(day, *cell, backColor);
+    const QString text = store.LoadDayAppointments(day, kvDayCellFiller(*cell, backColor));
     if (result)
         *result = text;
     else if (!text.isEmpty())

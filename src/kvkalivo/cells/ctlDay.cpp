@@ -1,11 +1,10 @@
 #include "ctlDay.h"
 
 #include "ctlDayAccessible.h"
-#include "frmPicSelector.h"
 #include "kvErrorReporting.h"
 #include "kvFaultInjection.h"
 #include "kvFormat.h"
-#include "kvImageList.h"
+#include "kvIconCatalogue.h"
 #include "kvInt16.h"
 #include "kvOleColor.h"
 #include "kvPropertyBag.h"
@@ -211,23 +210,11 @@ void ctlDay::AddIcon(qint16 imgId)
 {
     const Image &model = m_images.constFirst();
     const int k = int(m_images.size());
-    Image icon{PictureFor(imgId), model.Geometry, true};
+    // An ImgId without a picture still gets its (empty) icon: icon k stays the k-th appointment
+    // with an ImgId above 0.
+    Image icon{kvIconCatalogue::ThreadInstance().SmallPicture(imgId), model.Geometry, true};
     icon.Geometry.moveLeft(IconsLeft + k * model.Geometry.width());
     m_images.append(icon);
-}
-
-/*!
-    The picker's small picture for \a imgId. An ImgId of 1 to 10 has no picture (the picker
-    gives index 0); the icon is still loaded, empty, so that icon k stays the k-th appointment
-    with an ImgId above 0.
-*/
-QPixmap ctlDay::PictureFor(qint16 imgId) const
-{
-    frmPicSelector &picker = frmPicSelector::ThreadInstance();
-    const qint16 index = picker.ConvertImgID2ImageListIndex(imgId);
-    if (index < 1)
-        return QPixmap();
-    return picker.ImageListSmall().Picture(index);
 }
 
 void ctlDay::ClearDates()

@@ -48,7 +48,7 @@ public:
     //! An element of the icon array \c imgDateImage as the cell paints it.
     struct Image
     {
-        QPixmap Picture;   //!< null when the picker has no picture for the ImgId
+        QPixmap Picture;   //!< null when the icon catalogue has no picture for the ImgId
         QRect Geometry;    //!< in the cell's inner area
         bool Visible = false;
     };
@@ -186,7 +186,6 @@ private:
     void ConnectRow(ctlEntry *row, qint16 index);
     void ConnectHeader();
     void AddIcon(qint16 imgId);
-    QPixmap PictureFor(qint16 imgId) const;
     void UnloadRows();
 
     void SyncLayout();

@@ -5,6 +5,7 @@
 #include "ctlEntry.h"
 #include "kvConnection.h" // before kvAppointmentStore.h, whose QPointer needs the complete type
 #include "kvAppointmentStore.h"
+#include "kvDayCellFiller.h"
 #include "kvErrorReporting.h"
 #include "kvInt16.h"
 #include "kvPlatform.h"
@@ -100,7 +101,7 @@ QString kvCalendarPrinter::MonthCaption(const kvDate &date, const kvDate &first,
 kvCalendarPrinter::DayLoader kvCalendarPrinter::StoreLoader(kvAppointmentStore &store, uint backColor)
 {
     return [&store, backColor](const kvDate &day, ctlDay &cell) {
-        const QString failure = store.LoadDayAppointments(day, cell, backColor);
+        const QString failure = store.LoadDayAppointments(day, kvDayCellFiller(cell, backColor));
         if (!failure.isEmpty())
             throw kvRuntimeError(kvPrinterService::PrinterErrorNumber, failure);
     };

@@ -10,6 +10,7 @@
 #include "kvChrome.h"
 #include "kvClock.h"
 #include "kvControlArray.h"
+#include "kvDayCellFiller.h"
 #include "kvErrorReporting.h"
 #include "kvFaultInjection.h"
 #include "kvFormat.h"
@@ -290,7 +291,7 @@ void kvDayGrid::FillDayCell(int index, const kvDate &day, QString &pendingCode)
         cell->setPublicHolidayName(GetPublicHolidayName(day));
     if (IsFirstCellOfRow(index))
         m_weekColumn->Add(QString::number(GetCalendarWeek(day)));
-    const QString failure = d.store->LoadDayAppointments(day, *cell, settings.BackColor);
+    const QString failure = d.store->LoadDayAppointments(day, kvDayCellFiller(*cell, settings.BackColor));
     if (!failure.isEmpty())
         pendingCode = failure;
 }

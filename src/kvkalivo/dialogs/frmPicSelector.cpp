@@ -1,11 +1,9 @@
 #include "frmPicSelector.h"
 
+#include "kvIconCatalogue.h"
+
 #include <QCoreApplication>
-#include <QDir>
-#include <QFileInfo>
 #include <QFrame>
-#include <QHash>
-#include <QImageReader>
 #include <QPainter>
 #include <QPointer>
 #include <QScrollBar>
@@ -15,26 +13,16 @@
 #include <QTabBar>
 
 #include <algorithm>
-#include <limits>
-#include <numeric>
-#include <optional>
 
 namespace {
 
 const char *const tabCaptions[] = { "Business", "Sport", "Freizeit", "Reise", "Symbol",
                                     "Sonstige" };
 
-constexpr std::array<qint16, frmPicSelector::CategoryCount> builtinCategorySizes = {
-    21, 13, 8, 13, 9, 11
-};
-
 // The fixed binding of the categories 1 .. 6 to the picture arrays Img1 .. Img6.
 constexpr std::array<int, frmPicSelector::CategoryCount> imageArrayOfCategory = {
     1, 3, 4, 6, 2, 5
 };
-
-// An .ico file may claim up to 65535 images; real ones hold a handful of sizes.
-constexpr int maximumIconImages = 64;
 
 QPointer<frmPicSelector> &threadPicker()
 {
@@ -48,105 +36,15 @@ int categoryOfImageArray(int number)
     return int(it - imageArrayOfCategory.begin()) + 1;
 }
 
-struct IconFileName
+kvIconCatalogue &icons()
 {
-    int category;
-    int number;
-};
-
-bool isDecimal(QStringView text)
-{
-    const auto isDigit = [](QChar c) { return c >= u'0' && c <= u'9'; };
-    return !text.isEmpty() && std::all_of(text.begin(), text.end(), isDigit);
-}
-
-/*
-    The category and picture number a file name stands for, when it names an icon of the
-    categories 1 .. 6. Numbers above 32767 are not ImageIDs (an ImageID is an Integer) and are
-    ignored too; so no category gets more than 9999 pictures and the whole list stays far
-    below 32767 (9999 + 9999 + 2767 + 3 × 999), which keeps every index an Integer.
-*/
-std::optional<IconFileName> parseIconFileName(const QString &fileName)
-{
-    if (fileName.size() < 4)
-        return std::nullopt;
-    const QStringView name = QStringView(fileName).chopped(4);
-    if (!isDecimal(name) || name.size() > 5 || name.toInt() > std::numeric_limits<qint16>::max())
-        return std::nullopt;
-    const int category = name.at(0).digitValue();
-    if (category < 1 || category > frmPicSelector::CategoryCount)
-        return std::nullopt;
-    return IconFileName { category, name.mid(1).toInt() };
-}
-
-std::array<qint16, frmPicSelector::CategoryCount> categorySizesOf(const QStringList &iconFiles)
-{
-    std::array<qint16, frmPicSelector::CategoryCount> sizes {};
-    for (const QString &fileName : iconFiles) {
-        if (const std::optional<IconFileName> icon = parseIconFileName(fileName)) {
-            qint16 &size = sizes[icon->category - 1];
-            size = qint16(std::max<int>(size, icon->number));
-        }
-    }
-    return sizes;
-}
-
-// An icon file is found whatever the case of its name: "12.ICO" counts as 12.ico.
-QHash<QString, QString> filesByLowerCaseName(const QStringList &fileNames)
-{
-    QHash<QString, QString> files;
-    for (const QString &fileName : fileNames) {
-        if (!files.contains(fileName.toLower()))
-            files.insert(fileName.toLower(), fileName);
-    }
-    return files;
-}
-
-QStringList iconFilesOf(const QString &folder)
-{
-    if (folder.isEmpty() || !QFileInfo(folder).isDir())
-        return {};
-    // QDir's name filters match without regard to case: "*.ico" also lists "12.ICO".
-    return QDir(folder).entryList({ QStringLiteral("*.ico") }, QDir::Files, QDir::Name);
-}
-
-//! The file name of picture \a number of \a category, without extension: "23" for 2 and 3.
-QString pictureName(int category, int number)
-{
-    return QString::number(category) + QString::number(number);
-}
-
-//! Every image of the file at \a path; a null icon when the file is missing or broken.
-QIcon readIconFile(const QString &path)
-{
-    QImageReader reader(path);
-    QIcon icon;
-    const int imageCount = std::clamp(reader.imageCount(), 1, maximumIconImages);
-    for (int i = 0; i < imageCount; ++i) {
-        if (i > 0 && !reader.jumpToImage(i))
-            break;
-        const QImage image = reader.read();
-        if (!image.isNull())
-            icon.addPixmap(QPixmap::fromImage(image));
-    }
-    return icon;
-}
-
-QIcon builtinPicture(int category, int number)
-{
-    const QString name = pictureName(category, number) + QStringLiteral(".png");
-    QIcon icon;
-    icon.addFile(QStringLiteral(":/kvkalivo/icons/16/") + name, QSize(16, 16));
-    icon.addFile(QStringLiteral(":/kvkalivo/icons/32/") + name, QSize(32, 32));
-    return icon;
+    return kvIconCatalogue::ThreadInstance();
 }
 
 } // namespace
 
 frmPicSelector::frmPicSelector()
-    : m_imageListBig(QSize(32, 32)),
-      m_imageListSmall(QSize(16, 16)),
-      m_tabInfos(CategoryCount)
+    : m_tabInfos(CategoryCount)
 {
     setObjectName(QStringLiteral("frmPicSelector"));
     setWindowTitle(QStringLiteral("Symbol auswählen"));
@@ -157,7 +55,11 @@ frmPicSelector::frmPicSelector()
     loadPics(QString());
 }
 
-frmPicSelector::~frmPicSelector() = default;
+// The icons go with the picker: whoever needs them next gets the built-in set, as a new picker shows.
+frmPicSelector::~frmPicSelector()
+{
+    kvIconCatalogue::Unload();
+}
 
 frmPicSelector &frmPicSelector::ThreadInstance()
 {
@@ -230,7 +132,7 @@ QToolButton *frmPicSelector::CreatePictureControl(int category)
     auto *picture = new QToolButton((*m_picContainer)(category));
     picture->setAutoRaise(true);
     picture->setToolButtonStyle(Qt::ToolButtonIconOnly);
-    picture->setIconSize(m_imageListBig.ImageSize());
+    picture->setIconSize(icons().BigIcons().ImageSize());
     picture->resize(PictureControlSize, PictureControlSize);
     picture->hide();
     connect(picture, &QToolButton::clicked, this, [this, picture] { Img_Click(picture); });
@@ -310,13 +212,8 @@ void frmPicSelector::paintEvent(QPaintEvent *)
 
 void frmPicSelector::loadPics(const QString &folder)
 {
-    m_iconFolder = folder;
     UnloadPictureControls();
-    const QStringList iconFiles = iconFilesOf(folder);
-    if (iconFiles.isEmpty())
-        LoadBuiltinPictures();
-    else
-        LoadFolderPictures(folder, iconFiles);
+    icons().Load(folder);
     arrangePics();
 }
 
@@ -330,40 +227,9 @@ void frmPicSelector::UnloadPictureControls()
     }
 }
 
-void frmPicSelector::LoadFolderPictures(const QString &folder, const QStringList &iconFiles)
-{
-    m_categorySizes = categorySizesOf(iconFiles);
-    const QHash<QString, QString> files = filesByLowerCaseName(iconFiles);
-    const QDir directory(folder);
-    m_imageListBig.Clear();
-    for (int category = 1; category <= CategoryCount; ++category) {
-        for (int number = 1; number <= m_categorySizes[category - 1]; ++number) {
-            const QString name = pictureName(category, number) + QStringLiteral(".ico");
-            const QString fileName = files.value(name);
-            if (fileName.isEmpty())
-                continue;
-            const QIcon picture = readIconFile(directory.filePath(fileName));
-            if (!picture.isNull())
-                m_imageListBig.Add(picture);
-        }
-    }
-}
-
-void frmPicSelector::LoadBuiltinPictures()
-{
-    m_categorySizes = builtinCategorySizes;
-    m_imageListBig.Clear();
-    for (int category = 1; category <= CategoryCount; ++category) {
-        for (int number = 1; number <= m_categorySizes[category - 1]; ++number)
-            m_imageListBig.Add(builtinPicture(category, number));
-    }
-}
-
 void frmPicSelector::arrangePics()
 {
-    m_imageListSmall.Clear();
-    for (int index = 1; index <= m_imageListBig.Count(); ++index)
-        m_imageListSmall.Add(m_imageListBig.ListImage(index));
+    icons().RefillSmallIcons();
     for (int category = 1; category <= CategoryCount; ++category)
         ArrangeCategory(category, m_tabInfos[category - 1]);
     // The tabs start at row 1 again; the shared scroll bar must say so too.
@@ -372,7 +238,8 @@ void frmPicSelector::arrangePics()
 
 void frmPicSelector::ArrangeCategory(int category, TabInfo &tab)
 {
-    const int size = m_categorySizes[category - 1];
+    const kvIconCatalogue &catalogue = icons();
+    const int size = catalogue.CategorySize(category);
     // Division truncates toward zero, so an empty category still has one row.
     const int rowCount = (size - 1) / Columns + 1;
     tab.setRowCount(qint16(rowCount));
@@ -381,23 +248,18 @@ void frmPicSelector::ArrangeCategory(int category, TabInfo &tab)
     tab.setMaxSrollPosition(qint16(rowCount > 5 ? rowCount - 4 : 1));
 
     kvControlArray<QToolButton> &pictures = CategoryImages(category);
-    const int first = PicturesBefore(category);
+    kvImageList &big = icons().BigIcons();
+    const int first = catalogue.PicturesBefore(category);
     for (int i = 1; i <= size; ++i) {
         QToolButton *picture = pictures.isLoaded(i) ? pictures(i) : pictures.Load(i);
-        const bool hasPicture = first + i <= m_imageListBig.Count();
-        picture->setIcon(hasPicture ? m_imageListBig.ListImage(first + i) : QIcon());
+        const bool hasPicture = first + i <= big.Count();
+        picture->setIcon(hasPicture ? big.ListImage(first + i) : QIcon());
         picture->setEnabled(hasPicture);
         picture->setProperty("Tag", QStringLiteral("%1_%2").arg(category).arg(i));
         picture->setGeometry((i - 1) % Columns * RowHeight, (i - 1) / Columns * RowHeight,
                              PictureControlSize, PictureControlSize);
         picture->show();
     }
-}
-
-int frmPicSelector::PicturesBefore(int category) const
-{
-    const int earlier = std::clamp(category - 1, 0, CategoryCount);
-    return std::accumulate(m_categorySizes.begin(), m_categorySizes.begin() + earlier, 0);
 }
 
 // --- Tabs, scrolling and choosing -------------------------------------------------------------
@@ -466,7 +328,7 @@ qint16 frmPicSelector::GetImgListIndex() const
         return 0;
     const int category = m_selection.at(0).digitValue();
     const int number = QStringView(m_selection).mid(2).toInt();
-    return qint16(number + PicturesBefore(category));
+    return qint16(number + icons().PicturesBefore(category));
 }
 
 qint16 frmPicSelector::ImgId() const
@@ -478,12 +340,7 @@ qint16 frmPicSelector::ImgId() const
 
 qint16 frmPicSelector::ConvertImgID2ImageListIndex(qint16 &imageId) const
 {
-    if (imageId < 11)
-        return 0;
-    const QString digits = QString::number(imageId);
-    const int category = digits.at(0).digitValue();
-    const int index = QStringView(digits).mid(1).toInt() + PicturesBefore(category);
-    return qint16(std::min(index, m_imageListBig.Count()));
+    return icons().IndexOfImageId(imageId);
 }
 
 void frmPicSelector::Reset()
@@ -495,17 +352,17 @@ void frmPicSelector::Reset()
 
 kvImageList &frmPicSelector::ImageListBig()
 {
-    return m_imageListBig;
+    return icons().BigIcons();
 }
 
 kvImageList &frmPicSelector::ImageListSmall()
 {
-    return m_imageListSmall;
+    return icons().SmallIcons();
 }
 
 QString frmPicSelector::IconFolder() const
 {
-    return m_iconFolder;
+    return icons().Folder();
 }
 
 QString frmPicSelector::Selection() const
@@ -515,7 +372,7 @@ QString frmPicSelector::Selection() const
 
 QList<qint16> frmPicSelector::CategorySizes() const
 {
-    return QList<qint16>(m_categorySizes.begin(), m_categorySizes.end());
+    return icons().CategorySizes();
 }
 
 const QList<TabInfo> &frmPicSelector::TabInfos() const

@@ -21,17 +21,17 @@ class QTabBar;
     \brief The icon picker. One instance per thread, created on first use and
     hidden between uses; every kvKalivo of the thread shares it.
 
-    It shows the pictures of six categories on the tabs of \c TabStrip, five to a row, and
-    owns the numbering of icons: ImageIDs (category digit followed by the picture number),
-    selection tags ("2_3") and 1-based indexes into its image lists. \c ImageListBig is the
-    source list (32 pixels) that loadPics() fills; \c ImageListSmall is the copy (16 pixels)
-    that arrangePics() refills; both hold the same pictures under the same indexes.
+    It shows the pictures of the thread's kvIconCatalogue in six categories on the tabs of
+    \c TabStrip, five to a row, and turns a selection tag ("2_3") into an ImageID and an index
+    into the catalogue's lists. \c ImageListBig is the source list (32 pixels) that loadPics()
+    fills; \c ImageListSmall is the copy (16 pixels) that arrangePics() refills; both hold the
+    same pictures under the same indexes. A new picker loads the built-in set; when the picker
+    goes, so do the icons it loaded.
 
-    A folder's pictures are numbered without gaps. A file that is missing or does
-    not load adds no picture, so every later picture moves up one index: the ImageIDs after
-    the gap show the picture of the next file, the last ones are clamped to the last picture,
-    and the picture controls that are left without a picture at the end of the list are
-    shown empty and disabled, so that they cannot be chosen.
+    After a gap in a folder's numbering the ImageIDs show the picture of the next file, the
+    last ones are clamped to the last picture, and the picture controls that are left without
+    a picture at the end of the list are shown empty and disabled, so that they cannot be
+    chosen.
 */
 class KVKALIVO_TESTS_EXPORT frmPicSelector : public QDialog
 {
@@ -103,10 +103,7 @@ private:
     QRect PaneRect() const;
 
     void UnloadPictureControls();
-    void LoadFolderPictures(const QString &folder, const QStringList &iconFiles);
-    void LoadBuiltinPictures();
     void ArrangeCategory(int category, TabInfo &tab);
-    int PicturesBefore(int category) const;
 
     int SelectedTab() const;
     void ShowTab(int tab);
@@ -122,10 +119,6 @@ private:
     std::unique_ptr<kvControlArray<QWidget>> m_picContainer;
     std::array<std::unique_ptr<kvControlArray<QToolButton>>, CategoryCount> m_img;
 
-    kvImageList m_imageListBig;
-    kvImageList m_imageListSmall;
-    std::array<qint16, CategoryCount> m_categorySizes {};
     QList<TabInfo> m_tabInfos;
     QString m_selection;
-    QString m_iconFolder;
 };

@@ -1,6 +1,5 @@
 #include "kvAppointmentStore.h"
 
-#include "ctlDay.h"
 #include "kvAdoError.h"
 #include "kvCommand.h"
 #include "kvConnection.h"
@@ -136,7 +135,7 @@ bool kvAppointmentStore::CanQuery() const
     return m_connection && !m_connection->ConnectionString().isEmpty() && !m_recordSource.isEmpty();
 }
 
-QString kvAppointmentStore::LoadDayAppointments(const kvDate &day, ctlDay &cell, uint backColor)
+QString kvAppointmentStore::LoadDayAppointments(const kvDate &day, const kvDayRowSink &rows)
 {
     if (!CanQuery())
         return QString();
@@ -158,7 +157,7 @@ QString kvAppointmentStore::LoadDayAppointments(const kvDate &day, ctlDay &cell,
         recordset.Open(command, adOpenForwardOnly, adLockUnspecified, adCmdUnspecified);
         step = 5;
         while (!recordset.EOF()) {
-            AddRow(recordset.Fields(), day, cell, backColor, step);
+            HandOverRow(recordset.Fields(), day, rows, step);
             recordset.MoveNext();
         }
         step = 10;
@@ -221,32 +220,32 @@ kvSqlStatement kvAppointmentStore::DayStatement(const kvDate &day) const
     return {kvSqlTexts::DayQuery(m_recordSource, day, m_dialect), {}};
 }
 
-void kvAppointmentStore::AddRow(const kvFields &fields, const kvDate &day, ctlDay &cell,
-                                uint backColor, int &step) const
+void kvAppointmentStore::HandOverRow(const kvFields &fields, const kvDate &day,
+                                     const kvDayRowSink &rows, int &step) const
 {
-    qint16 imageId = NoIcon;
+    kvAppointmentValues appointment;
     if (m_columns.ImageID) {
         const QVariant image = value(fields, "ImageID");
         if (kvFieldConversion::IsNumeric(image))
-            imageId = kvFieldConversion::ToInteger(image);
-        if (imageId < FirstIcon)
-            imageId = NoIcon;
+            appointment.ImageID = kvFieldConversion::ToInteger(image);
+        if (appointment.ImageID < FirstIcon)
+            appointment.ImageID = NoIcon;
     }
     step = 6;
-    const QString document =
-        m_columns.Document ? kvFieldConversion::AppendedToEmpty(value(fields, "Document")) : QString();
+    if (m_columns.Document)
+        appointment.Document = kvFieldConversion::AppendedToEmpty(value(fields, "Document"));
     step = 7;
-    const QString remark =
-        m_columns.Remark ? kvFieldConversion::AppendedToEmpty(value(fields, "Remark")) : QString();
+    if (m_columns.Remark)
+        appointment.Remark = kvFieldConversion::AppendedToEmpty(value(fields, "Remark"));
     step = 8;
-    const kvDate begin = kvField::ToDate(value(fields, "DateBegin"));
-    cell.AddDate(kvFieldConversion::ToLong(value(fields, "DateID")), begin,
-                 kvField::ToDate(value(fields, "DateEnd")),
-                 kvFieldConversion::ToText(value(fields, "Name")), remark, document, imageId,
-                 backColor, 0);
+    appointment.DateBegin = kvField::ToDate(value(fields, "DateBegin"));
+    appointment.DateID = kvFieldConversion::ToLong(value(fields, "DateID"));
+    appointment.DateEnd = kvField::ToDate(value(fields, "DateEnd"));
+    appointment.Name = kvFieldConversion::ToText(value(fields, "Name"));
+    rows.AddAppointment(appointment);
     step = 9;
-    if (day > begin)
-        cell.Entries(kvInt16::fromInt(cell.EntriesCount()))->setIsContinuedDate(true);
+    if (day > appointment.DateBegin)
+        rows.MarkLastContinued();
 }
 
 std::optional<kvDate> kvAppointmentStore::FindNextAppointment(const kvDate &lastDisplayedDay)

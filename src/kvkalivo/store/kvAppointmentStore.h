@@ -2,6 +2,7 @@
 
 #include "kvAppointmentValues.h"
 #include "kvDate.h"
+#include "kvDayRowSink.h"
 #include "kvOptionalColumns.h"
 #include "kvParameterizedSql.h"
 #include "kvSqlStatement.h"
@@ -14,7 +15,6 @@
 #include <functional>
 #include <optional>
 
-class ctlDay;
 class kvConnection;
 class kvFields;
 
@@ -87,12 +87,12 @@ public:
     bool CanQuery() const;
 
     /*!
-        Adds every appointment that touches \a day to \a cell (through AddDate, with
-        \a backColor), marking those begun earlier as continued. Returns empty text, or on
-        failure "12-" + step + CR LF + description; rows already added stay. Does nothing
-        unless CanQuery().
+        Hands every appointment that touches \a day to \a rows, each followed by
+        MarkLastContinued() when it began before \a day. Returns empty text, or on failure
+        "12-" + step + CR LF + description; the rows handed over before stay with the sink.
+        Does nothing unless CanQuery().
     */
-    QString LoadDayAppointments(const kvDate &day, ctlDay &cell, uint backColor);
+    QString LoadDayAppointments(const kvDate &day, const kvDayRowSink &rows);
     /*!
         The LoadDayAppointments calls until EndDayLoads() fill one grid from \a firstDay on.
         With ParameterizedSql they use a narrow range of the DateBegin index, bounded by one
@@ -134,7 +134,7 @@ private:
     QString TableSource() const;
 
     kvSqlStatement DayStatement(const kvDate &day) const;
-    void AddRow(const kvFields &fields, const kvDate &day, ctlDay &cell, uint backColor, int &step) const;
+    void HandOverRow(const kvFields &fields, const kvDate &day, const kvDayRowSink &rows, int &step) const;
     std::optional<kvDate> FirstDate(const kvSqlStatement &statement);
     QVariant FirstValue(const kvSqlStatement &statement, const char *column);
     void Execute(const kvSqlStatement &statement);
