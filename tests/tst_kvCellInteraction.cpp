@@ -1,5 +1,5 @@
-// Part 3.6: the main control's handling of its day cells' events, the context menu and the
-// delayed tooltip.
+// The control's handling of its day cells' events: selection, the context menu, the delayed
+// tooltip and the row that holds the mouse.
 #include "ctlDay.h"
 #include "ctlEntry.h"
 #include "ctlToolTip.h"
@@ -8,7 +8,6 @@
 #include "kvKalivo.h"
 #include "kvScopedService.h"
 #include "kvSystemMessageBox.h"
-#include "kvTestSupport.h"
 #include "kvWhenShown.h"
 
 #include <QAction>
@@ -65,7 +64,6 @@ private Q_SLOTS:
     void rightClickOnRowEnablesRowItems();
     void menuSeparatorsAreBareLines();
     void focusMakesTheCellsDayCurrent();
-    void timersAreIdleAtStart();
     void tooltipAfterRestThenImmediateThenIdle();
     void tooltipOnActualDayIsNotShifted();
     void tooltipPushedBackAtRightEdge();
@@ -74,7 +72,6 @@ private Q_SLOTS:
     void reloadLetsGoOfTheCapturedRow();
     void dialogsOpenWithTheMouseFree_data();
     void dialogsOpenWithTheMouseFree();
-    void screenshotTooltipOverRow();
 };
 
 void tst_kvCellInteraction::rightClickOnDayDisablesRowItems()
@@ -154,22 +151,14 @@ void tst_kvCellInteraction::focusMakesTheCellsDayCurrent()
     QCOMPARE(panel->text(), QStringLiteral("47. KW"));
 }
 
-void tst_kvCellInteraction::timersAreIdleAtStart()
-{
-    kvControlTestServices services(fixedToday);
-    Calendar calendar;
-    QCOMPARE(calendar.timer("TimerTooltip")->interval(), 1000);
-    QCOMPARE(calendar.timer("TimerTooltipOFF")->interval(), 800);
-    QVERIFY(!calendar.timer("TimerTooltip")->isActive());
-    QVERIFY(!calendar.timer("TimerTooltipOFF")->isActive());
-    QVERIFY(!calendar.toolTip()->isVisible());
-}
-
 void tst_kvCellInteraction::tooltipAfterRestThenImmediateThenIdle()
 {
     kvControlTestServices services(fixedToday);
     Calendar calendar;
     ctlToolTip *tip = calendar.toolTip();
+    QCOMPARE(calendar.timer("TimerTooltip")->interval(), 1000);
+    QCOMPARE(calendar.timer("TimerTooltipOFF")->interval(), 800);
+    QVERIFY(!calendar.timer("TimerTooltip")->isActive());
     calendar.move(18, 1, 5, 5);
     QVERIFY(calendar.timer("TimerTooltip")->isActive()); // armed
     QVERIFY(!tip->isVisible());
@@ -350,17 +339,6 @@ void tst_kvCellInteraction::dialogsOpenWithTheMouseFree()
     // Resting on a row afterwards captures it anew.
     calendar.hover(18, 2);
     QCOMPARE(QWidget::mouseGrabber(), calendar.cell(18));
-}
-
-void tst_kvCellInteraction::screenshotTooltipOverRow()
-{
-    kvControlTestServices services(fixedToday);
-    Calendar calendar;
-    QVERIFY(QTest::qWaitForWindowExposed(&calendar.control));
-    calendar.move(18, 1, 5, 5);
-    QTRY_VERIFY_WITH_TIMEOUT(calendar.toolTip()->isVisible(), 1500);
-    const QString path = galleryFolder() + QStringLiteral("/kvKalivo-tooltip-over-row.png");
-    QVERIFY(calendar.control.grab().save(path));
 }
 
 QTEST_MAIN(tst_kvCellInteraction)

@@ -1,4 +1,4 @@
-// The edit flow as a user lives it (Parts 2.3, 3.6, 5.1), on a real database with ParameterizedSql:
+// The edit flow as a user lives it, on a real database with ParameterizedSql:
 // built twice, as tst_kvEditEndToEnd on SQLite and as tst_kvEditEndToEndMariaDb on the CTest
 // fixture's MariaDB server (KV_END_TO_END_ON_MARIADB).
 #include "frmEdit.h"

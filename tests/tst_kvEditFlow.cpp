@@ -1,4 +1,4 @@
-// Part 2.3: the edit flow (EditAppointment) with its host events, on SQLite.
+// The edit flow (EditAppointment) with its host events, on SQLite.
 // The end-to-end user stories on SQLite and MariaDB are in tst_kvEditEndToEnd.cpp.
 #include "ctlDay.h"
 #include "ctlEntry.h"
@@ -27,8 +27,8 @@ class tst_kvEditFlow : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void deleteAllDayAsksWithBlankAndNoKeepsRowAndView();
-    void deleteTimedAsksWithTimeAndYesRemovesRow();
+    void deleteAsks_data();
+    void deleteAsks();
     void deleteWithDatabaseEventsRaisesDateDeleteWithoutAsking();
     void editEventReplacesEditorForNew();
     void deleteIsNotAffectedByEditEvent();
@@ -36,49 +36,47 @@ private Q_SLOTS:
     void hostChangesByReferenceValues();
     void toolbarNewUsesActualDate();
     void editorCancelWritesNothing();
-    void dateChangeArgumentsInSpecOrder();
+    void dateChangeCarriesTheEditorsValues();
     void failureOfGatheringReportsCode14();
     void fillGridEnablesEditorControlsFromColumns();
 };
 
-void tst_kvEditFlow::deleteAllDayAsksWithBlankAndNoKeepsRowAndView()
+// "Löschen..." asks with the row's time (blank for an all-day row); only "Ja" deletes, and
+// only then is the week reloaded.
+void tst_kvEditFlow::deleteAsks_data()
 {
-    kvControlTestServices services(fixedToday);
-    Calendar calendar;
-    calendar.add(at(18), at(18), QStringLiteral("Urlaub"));
-    calendar.reload();
-    QCOMPARE(calendar.cell(18)->EntriesCount(), 1);
-    calendar.rightClickRow(18, 1);
-    const int loads = calendar.dayLoads();
-    services.messageBox().EnqueueAnswer(kvMessageBox::vbNo);
-    calendar.chooseMenuItem(2);
-    QCOMPARE(services.messageBox().LastCall().prompt, QStringLiteral("Termin < Urlaub> löschen?"));
-    QCOMPARE(services.messageBox().LastCall().buttons, 35);
-    QCOMPARE(calendar.names(), QStringList{QStringLiteral("Urlaub")});
-    QCOMPARE(calendar.dayLoads(), loads); // no reload
-    QCOMPARE(calendar.cell(18)->EntriesCount(), 1);
+    QTest::addColumn<kvDate>("begin");
+    QTest::addColumn<int>("answer");
+    QTest::addColumn<QString>("prompt");
+    QTest::addColumn<int>("rowsLeft");
+    QTest::newRow("all day, No") << at(18) << int(kvMessageBox::vbNo) << "Termin < Urlaub> löschen?" << 2;
+    QTest::newRow("timed, Cancel") << at(18, 14, 30) << int(kvMessageBox::vbCancel)
+                                   << "Termin <14:30 Urlaub> löschen?" << 2;
+    QTest::newRow("timed, Yes") << at(18, 14, 30) << int(kvMessageBox::vbYes)
+                                << "Termin <14:30 Urlaub> löschen?" << 1;
 }
 
-void tst_kvEditFlow::deleteTimedAsksWithTimeAndYesRemovesRow()
+void tst_kvEditFlow::deleteAsks()
 {
+    QFETCH(kvDate, begin);
+    QFETCH(int, answer);
+    QFETCH(QString, prompt);
+    QFETCH(int, rowsLeft);
     kvControlTestServices services(fixedToday);
     Calendar calendar;
-    calendar.add(at(18, 14, 30), at(18, 15, 30), QStringLiteral("Zahnarzt"));
+    calendar.add(begin, begin.addMinutes(60), QStringLiteral("Urlaub"));
     calendar.add(at(18, 16), at(18, 17), QStringLiteral("Friseur"));
     calendar.reload();
     calendar.rightClickRow(18, 1);
-    services.messageBox().EnqueueAnswer(kvMessageBox::vbYes);
+    const int loads = calendar.dayLoads();
+    services.messageBox().EnqueueAnswer(answer);
     calendar.chooseMenuItem(2);
-    QCOMPARE(services.messageBox().LastCall().prompt, QStringLiteral("Termin <14:30 Zahnarzt> löschen?"));
-    QCOMPARE(calendar.names(), QStringList{QStringLiteral("Friseur")});
-    QCOMPARE(calendar.cell(18)->EntriesCount(), 1);
-    QCOMPARE(calendar.cell(18)->Entries(1)->Text(), QStringLiteral("Friseur"));
-
-    // Cancel answers like No: row kept.
-    calendar.rightClickRow(18, 1);
-    services.messageBox().EnqueueAnswer(kvMessageBox::vbCancel);
-    calendar.chooseMenuItem(2);
-    QCOMPARE(calendar.names(), QStringList{QStringLiteral("Friseur")});
+    QCOMPARE(services.messageBox().LastCall().prompt, prompt);
+    QCOMPARE(services.messageBox().LastCall().buttons, 35);
+    QCOMPARE(calendar.names().size(), rowsLeft);
+    QCOMPARE(calendar.names().constLast(), QStringLiteral("Friseur"));
+    QCOMPARE(calendar.cell(18)->EntriesCount(), rowsLeft);
+    QCOMPARE(calendar.dayLoads() > loads, rowsLeft == 1);
 }
 
 void tst_kvEditFlow::deleteWithDatabaseEventsRaisesDateDeleteWithoutAsking()
@@ -259,7 +257,7 @@ void tst_kvEditFlow::editorCancelWritesNothing()
 
 
 
-void tst_kvEditFlow::dateChangeArgumentsInSpecOrder()
+void tst_kvEditFlow::dateChangeCarriesTheEditorsValues()
 {
     kvControlTestServices services(fixedToday);
     kvScriptedModalRunner runner;
