@@ -280,7 +280,6 @@ private slots:
         QVERIFY(!cell->VScroll()->isHidden());
         cell->ClearDates();
         QCOMPARE(cell->EntriesCount(), 0);
-        QCOMPARE(cell->ctlEntryArray().Count(), 1);
         QCOMPARE(cell->imgDateImageCount(), 1);
         QVERIFY(cell->VScroll()->isHidden());
         QCOMPARE(cell->VScroll()->maximum(), 0);
@@ -288,7 +287,6 @@ private slots:
         addRow(*cell, QStringLiteral("neu"));
         QCOMPARE(cell->Entries(1)->Text(), QStringLiteral("neu"));
         QCOMPARE(cell->Entries(1)->Top(), 15);
-        QCOMPARE(cell->ctlEntryArray()(1), cell->Entries(1));
     }
 
     void entriesFailsForAnIndexNeverAdded()

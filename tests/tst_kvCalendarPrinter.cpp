@@ -82,17 +82,6 @@ QList<Appointment> novemberAppointments()
     return list;
 }
 
-QList<Appointment> christmasAppointments()
-{
-    return {
-        {at(2026, 12, 21, 16, 0), at(2026, 12, 21, 17, 0), u"Geschenke abholen"_s},
-        {at(2026, 12, 23, 10, 0), at(2026, 12, 26, 18, 0), u"Besuch bei Oma"_s},
-        {at(2026, 12, 24), at(2026, 12, 24), u"Bescherung"_s},
-        {at(2026, 12, 24, 22, 30), at(2026, 12, 24, 23, 30), u"Christmette"_s},
-        {at(2026, 12, 27, 9, 0), at(2026, 12, 27, 10, 0), u"Gottesdienst"_s},
-    };
-}
-
 //! The text of \a pdf as `pdftotext -layout` extracts it.
 QString pdfText(const QString &pdf)
 {
@@ -257,27 +246,6 @@ private slots:
         QVERIFY(shown >= 3);
 
         QCOMPARE(dateLabels(text), expectedLabels(at(2026, 10, 26), 42));
-    }
-
-    void weekPrintsSevenDaysWithChristmas()
-    {
-        kvCalendarPrinter::Job job{at(2026, 12, 24), kvCalendarPrinter::Week, Footnote};
-        job.LoadDay = listLoader(christmasAppointments());
-        const QString text = printToText(job, u"week-2026-52"_s);
-        QVERIFY2(!text.isEmpty(), "nothing printed");
-
-        QCOMPARE(pdfPageCount(pdfPath(u"week-2026-52"_s)), 1);
-        QVERIFY(text.contains(u"Dezember 2026"_s));
-        for (const QString &holiday : {u"Hl. Abend"_s, u"1. Weihnachtstag"_s, u"2. Weihnachtstag"_s})
-            QVERIFY2(text.contains(holiday), qPrintable(holiday));
-        QVERIFY(hasEntry(text, u"16:00"_s, u"Geschenke abholen"_s));
-        QVERIFY(hasEntry(text, u"10:00"_s, u"Besuch bei Oma"_s));
-        QCOMPARE(text.count(QRegularExpression(u"<--\\s+Besuch"_s)), 3);
-        QVERIFY(hasLine(text, u"22:30"_s, u"Christmette"_s));
-        QVERIFY(text.contains(u"Bescherung"_s));
-        QVERIFY(text.contains(u"52. KW"_s));
-        QVERIFY(text.contains(Footnote));
-        QCOMPARE(dateLabels(text), expectedLabels(at(2026, 12, 21), 7));
     }
 
     void holidaysOnlyWhenAsked()

@@ -62,7 +62,6 @@ class tst_kvCellInteraction : public QObject
 private Q_SLOTS:
     void rightClickOnDayDisablesRowItems();
     void rightClickOnRowEnablesRowItems();
-    void menuSeparatorsAreBareLines();
     void focusMakesTheCellsDayCurrent();
     void tooltipAfterRestThenImmediateThenIdle();
     void tooltipOnActualDayIsNotShifted();
@@ -115,26 +114,6 @@ void tst_kvCellInteraction::rightClickOnRowEnablesRowItems()
     QVERIFY(!calendar.item(1)->isEnabled());
     QVERIFY(calendar.item(6)->isEnabled());
     calendar.menu()->hide();
-}
-
-// A separator is a line and nothing else: styles draw a separator's caption as a section title.
-void tst_kvCellInteraction::menuSeparatorsAreBareLines()
-{
-    kvControlTestServices services(fixedToday);
-    Calendar calendar;
-    QMenu *menu = calendar.menu();
-    menu->popup(calendar.control.mapToGlobal(QPoint(10, 10)));
-    QVERIFY(QTest::qWaitForWindowExposed(menu));
-    const QImage shown = menu->grab().toImage();
-    const int textDarkness = qGray(menu->palette().color(QPalette::Text).rgb()) + 40;
-    for (int index : {5, 7}) {
-        const QRect separator = menu->actionGeometry(calendar.item(index));
-        for (int y = separator.top(); y <= separator.bottom(); ++y) {
-            for (int x = separator.left(); x <= separator.right(); ++x)
-                QVERIFY2(qGray(shown.pixel(x, y)) > textDarkness, qPrintable(QString::number(x)));
-        }
-    }
-    menu->hide();
 }
 
 void tst_kvCellInteraction::focusMakesTheCellsDayCurrent()
