@@ -138,27 +138,48 @@ private slots:
         QCOMPARE(sundayCell.top() + sundayCell.height() - saturdayCell.top(), cellHeight);
     }
 
-    void weekViewShowsSevenCellsFromMonday()
+    // The week from its Monday; the month from the Monday on or before its 1st, for 42 days.
+    void daysShown_data()
     {
+        QTest::addColumn<int>("view");
+        QTest::addColumn<int>("weekendColumns");
+        QTest::addColumn<QDate>("date");
+        QTest::addColumn<QDate>("first");
+        QTest::addColumn<QDate>("last");
+        QTest::addColumn<QStringList>("weekdays");
+        const QStringList workdays{"Montag", "Dienstag", "Mittwoch", "Donnerstag", "Freitag"};
+        QTest::newRow("week, one weekend column") << 1 << 1 << QDate(2026, 11, 18) << QDate(2026, 11, 16)
+                                                  << QDate(2026, 11, 22) << workdays + QStringList{"Sa-So"};
+        QTest::newRow("week, two") << 1 << 2 << QDate(2026, 11, 18) << QDate(2026, 11, 16) << QDate(2026, 11, 22)
+                                   << workdays + QStringList{"Samstag", "Sonntag"};
+        QTest::newRow("June 2026 from Monday the 1st") << 2 << 1 << QDate(2026, 6, 17) << QDate(2026, 6, 1)
+                                                       << QDate(2026, 7, 12) << workdays + QStringList{"Sa-So"};
+        QTest::newRow("December 2025 (31 days)") << 2 << 1 << QDate(2025, 12, 24) << QDate(2025, 12, 1)
+                                                 << QDate(2026, 1, 11) << workdays + QStringList{"Sa-So"};
+    }
+    void daysShown()
+    {
+        QFETCH(int, view);
+        QFETCH(int, weekendColumns);
+        QFETCH(QDate, date);
+        QFETCH(QDate, first);
+        QFETCH(QDate, last);
+        QFETCH(QStringList, weekdays);
         Calendar calendar;
-        calendar.control.setActualDate(QDate(2026, 11, 18));
-        QCOMPARE(calendar.control.DayCellCount(), 7);
-        QCOMPARE(calendar.control.DayCell(1)->datDay().date(), QDate(2026, 11, 16));
-        QCOMPARE(calendar.control.DayCell(7)->datDay().date(), QDate(2026, 11, 22));
-        QCOMPARE(calendar.control.findChild<QLabel *>(QStringLiteral("lblWeekDay1"))->text(),
-                 QStringLiteral("Montag"));
-        QCOMPARE(calendar.control.findChild<QLabel *>(QStringLiteral("lblWeekDay5"))->text(),
-                 QStringLiteral("Freitag"));
-        QCOMPARE(calendar.control.findChild<QLabel *>(QStringLiteral("lblWeekDay6"))->text(),
-                 QStringLiteral("Sa-So"));
-        calendar.control.setWeekendColumns(kvKalivo::kvTwo);
-        QCOMPARE(calendar.control.findChild<QLabel *>(QStringLiteral("lblWeekDay6"))->text(),
-                 QStringLiteral("Samstag"));
-        QCOMPARE(calendar.control.findChild<QLabel *>(QStringLiteral("lblWeekDay7"))->text(),
-                 QStringLiteral("Sonntag"));
+        calendar.control.setView(kvKalivo::kvView(view));
+        calendar.control.setWeekendColumns(kvKalivo::enWeekendColumns(weekendColumns));
+        calendar.control.setActualDate(date);
+        const int count = calendar.control.DayCellCount();
+        QCOMPARE(count, view == 1 ? 7 : 42);
+        QCOMPARE(calendar.control.DayCell(1)->datDay().date(), first);
+        QCOMPARE(calendar.control.DayCell(count)->datDay().date(), last);
+        QStringList captions;
+        for (int column = 1; column <= weekdays.size(); ++column)
+            captions << calendar.control.findChild<QLabel *>(QStringLiteral("lblWeekDay%1").arg(column))->text();
+        QCOMPARE(captions, weekdays);
     }
 
-    // in month view with kvOne, every seventh cell is a Sunday in the lower part of
+    // In month view with kvOne, every seventh cell is a Sunday in the lower part of
     // the weekend column.
     void everySeventhCellIsTheSundayBelowTheSaturday()
     {
@@ -173,26 +194,6 @@ private slots:
             QCOMPARE(sunday->x(), saturday->x());
             QCOMPARE(sunday->y(), saturday->geometry().bottom() + 2);
         }
-    }
-
-    // a month that begins on a Monday starts the grid on its 1st; the 42 days then
-    // end on the 11th or 12th of the following month.
-    void monthBeginningOnAMonday_data()
-    {
-        QTest::addColumn<QDate>("date");
-        QTest::addColumn<QDate>("last");
-        QTest::newRow("June 2026 (30 days)") << QDate(2026, 6, 17) << QDate(2026, 7, 12);
-        QTest::newRow("December 2025 (31 days)") << QDate(2025, 12, 24) << QDate(2026, 1, 11);
-    }
-    void monthBeginningOnAMonday()
-    {
-        QFETCH(QDate, date);
-        QFETCH(QDate, last);
-        Calendar calendar;
-        calendar.control.setView(kvKalivo::kvMonth);
-        calendar.control.setActualDate(date);
-        QCOMPARE(calendar.control.DayCell(1)->datDay().date(), QDate(date.year(), date.month(), 1));
-        QCOMPARE(calendar.control.DayCell(42)->datDay().date(), last);
     }
 
     void weekColumnShowsTheIsoWeeks()
