@@ -42,28 +42,14 @@ QDateEdit *datePicker(const kvKalivo &control)
     return control.findChild<QDateEdit *>(QStringLiteral("DTPicker1"));
 }
 
-// Counts the re-layouts, colour passes and notifications of one control.
-struct Observer
+//! The property names a PropertyChanged spy recorded.
+QStringList names(const QSignalSpy &notified)
 {
-    explicit Observer(kvKalivo &control)
-        : arranged(&control, &kvKalivo::gridArranged)
-        , marked(&control, &kvKalivo::actualDayMarked)
-        , coloured(&control, &kvKalivo::coloursApplied)
-        , notified(&control, &kvKalivo::PropertyChanged)
-    {
-    }
-    QStringList notifications() const
-    {
-        QStringList names;
-        for (const QList<QVariant> &arguments : notified)
-            names << arguments.at(0).toString();
-        return names;
-    }
-    QSignalSpy arranged;
-    QSignalSpy marked;
-    QSignalSpy coloured;
-    QSignalSpy notified;
-};
+    QStringList result;
+    for (const QList<QVariant> &arguments : notified)
+        result << arguments.at(0).toString();
+    return result;
+}
 
 void configureEverything(kvKalivo &control)
 {
@@ -172,11 +158,13 @@ private slots:
         kvKalivo control;
         control.setWeekendColumns(kvKalivo::kvTwo);
         control.setAutoRefresh(autoRefresh);
-        Observer observer(control);
+        QSignalSpy arranged(&control, &kvKalivo::gridArranged);
+        QSignalSpy marked(&control, &kvKalivo::actualDayMarked);
+        QSignalSpy notified(&control, &kvKalivo::PropertyChanged);
         control.setWeekendColumns(kvKalivo::enWeekendColumns(value));
         QCOMPARE(int(control.WeekendColumns()), stored);
-        QCOMPARE(observer.arranged.count(), rebuilds);
-        QCOMPARE(observer.notifications(), QStringList{QString::number(stored)});
+        QCOMPARE(arranged.count(), rebuilds);
+        QCOMPARE(names(notified), QStringList{QString::number(stored)});
     }
 
     // The same date again re-layouts and rewrites the status bar, but leaves the picker alone
@@ -191,17 +179,19 @@ private slots:
             const QSignalBlocker blocker(datePicker(control));
             datePicker(control)->setDate(QDate(2001, 1, 1));
         }
-        Observer observer(control);
+        QSignalSpy arranged(&control, &kvKalivo::gridArranged);
+        QSignalSpy marked(&control, &kvKalivo::actualDayMarked);
+        QSignalSpy notified(&control, &kvKalivo::PropertyChanged);
         control.setActualDate(QDate(2024, 5, 17));
-        QCOMPARE(observer.arranged.count(), 1);
-        QCOMPARE(observer.marked.count(), 1);
+        QCOMPARE(arranged.count(), 1);
+        QCOMPARE(marked.count(), 1);
         QCOMPARE(panel->text(), QStringLiteral("20. KW"));
         QCOMPARE(datePicker(control)->date(), QDate(2001, 1, 1));
-        QCOMPARE(observer.notified.count(), 0);
+        QCOMPARE(notified.count(), 0);
         control.setActualDate(QDate(2021, 1, 1));
         QCOMPARE(datePicker(control)->date(), QDate(2021, 1, 1));
         QCOMPARE(statusText(control), QStringLiteral("53. KW"));
-        QCOMPARE(observer.notifications(), QStringList{QStringLiteral("ActualDate")});
+        QCOMPARE(names(notified), QStringList{QStringLiteral("ActualDate")});
     }
 
     // With AutoRefresh False nothing changes on screen until Refresh; True re-layouts at once.
@@ -211,22 +201,24 @@ private slots:
         control.resize(640, 480);
         control.setAutoRefresh(false);
         const QString captionBefore = caption(control);
-        Observer observer(control);
+        QSignalSpy arranged(&control, &kvKalivo::gridArranged);
+        QSignalSpy marked(&control, &kvKalivo::actualDayMarked);
+        QSignalSpy notified(&control, &kvKalivo::PropertyChanged);
         control.setView(kvKalivo::kvMonth);
         control.setWeekendColumns(kvKalivo::kvTwo);
         control.setWeeksVisible(false);
         control.setPublicHoliday(true);
         control.setActualDate(QDate(2024, 1, 31));
-        QCOMPARE(observer.arranged.count(), 0);
-        QCOMPARE(observer.marked.count(), 0);
+        QCOMPARE(arranged.count(), 0);
+        QCOMPARE(marked.count(), 0);
         QCOMPARE(caption(control), captionBefore);
         control.Refresh();
-        QCOMPARE(observer.arranged.count(), 1);
-        QCOMPARE(observer.marked.count(), 1);
+        QCOMPARE(arranged.count(), 1);
+        QCOMPARE(marked.count(), 1);
         QCOMPARE(caption(control), QStringLiteral("Januar 2024"));
         control.setAutoRefresh(true);
-        QCOMPARE(observer.arranged.count(), 2);
-        QCOMPARE(observer.notifications().last(), QStringLiteral("Wahr"));
+        QCOMPARE(arranged.count(), 2);
+        QCOMPARE(names(notified).last(), QStringLiteral("Wahr"));
     }
 
     void lostFocusHidesTheToolTip()
