@@ -113,48 +113,39 @@ private slots:
         row.setIsContinuedDate(false);
         QCOMPARE(row.Time(), QStringLiteral("<--"));
         QVERIFY(!row.IsContinuedDate());
-
     }
 
-    void holidayHeaderIsRedAndBoldWhenNotTheActualDay()
+    // A day header's number: bold on the selected day, bold and red (255) with the holiday name
+    // as its hover text on a holiday, back to its own colour when the name goes.
+    void headerMarks_data()
     {
-        ctlEntry header;
-        header.Init(0, 0, QStringLiteral("25"), Begin, Begin, QString(), QString(), QString(), 0,
-                    0x8000000A, 0x000000);
-        header.setIsActualDay(false);
-        header.setPublicHolidayName(QStringLiteral("1. Weihnachtstag"));
-        QVERIFY(header.lblTime().Bold);
-        QCOMPARE(header.lblTime().ForeColor, 255u);
-        QCOMPARE(header.lblTime().ToolTipText, QStringLiteral("1. Weihnachtstag"));
-
-        header.setIsActualDay(false); // still a holiday: stays bold and red
-        QVERIFY(header.lblTime().Bold);
-        QCOMPARE(header.lblTime().ForeColor, 255u);
+        QTest::addColumn<bool>("actualDay");
+        QTest::addColumn<QStringList>("holidayNames"); // set one after the other
+        QTest::addColumn<bool>("bold");
+        QTest::addColumn<uint>("foreColor");
+        QTest::newRow("plain") << false << QStringList{} << false << 0x404040u;
+        QTest::newRow("actual day") << true << QStringList{} << true << 0x404040u;
+        QTest::newRow("holiday") << false << QStringList{"1. Weihnachtstag"} << true << 255u;
+        QTest::newRow("holiday on the actual day") << true << QStringList{"1. Weihnachtstag"} << true << 255u;
+        QTest::newRow("holiday name removed") << false << QStringList{"1. Weihnachtstag", ""} << false << 0x404040u;
     }
-
-    void emptyHolidayNameRestoresTheForeColour()
+    void headerMarks()
     {
+        QFETCH(bool, actualDay);
+        QFETCH(QStringList, holidayNames);
+        QFETCH(bool, bold);
+        QFETCH(uint, foreColor);
         ctlEntry header;
         header.Init(0, 0, QStringLiteral("25"), Begin, Begin, QString(), QString(), QString(), 0,
                     0x8000000A, 0x000000);
         header.setForeColor(0x404040);
-        header.setPublicHolidayName(QStringLiteral("1. Weihnachtstag"));
-        header.setPublicHolidayName(QString());
-        QVERIFY(!header.lblTime().Bold);
-        QCOMPARE(header.lblTime().ForeColor, 0x404040u);
-        QCOMPARE(header.lblTime().ToolTipText, QString());
-    }
-
-    void actualDayIsBold()
-    {
-        ctlEntry header;
-        header.Init(0, 0, QStringLiteral("7"), Begin, Begin, QString(), QString(), QString(), 0,
-                    0x8000000A, 0x123456);
-        header.setIsActualDay(true);
-        QVERIFY(header.lblTime().Bold);
-        QCOMPARE(header.lblTime().ForeColor, 0x123456u);
-        header.setIsActualDay(false);
-        QVERIFY(!header.lblTime().Bold);
+        header.setIsActualDay(actualDay);
+        for (const QString &name : holidayNames)
+            header.setPublicHolidayName(name);
+        header.setIsActualDay(actualDay); // the marking after a reload keeps the holiday look
+        QCOMPARE(header.lblTime().Bold, bold);
+        QCOMPARE(header.lblTime().ForeColor, foreColor);
+        QCOMPARE(header.lblTime().ToolTipText, holidayNames.isEmpty() ? QString() : holidayNames.constLast());
     }
 
     void coloursGoToBothLabelsButNotTheRowBackground()
