@@ -404,42 +404,44 @@ private slots:
         QCOMPARE(cell->Entries(1)->Text(), QStringLiteral("neu geladen"));
     }
 
-    void failingMemberRoutineReports200()
+    // A failure inside the cell is reported as 200 (a member routine) or 100 (while being
+    // destroyed), unless the control raises error events instead.
+    void failuresAreReportedWithTheirCode_data()
+    {
+        QTest::addColumn<QString>("site");
+        QTest::addColumn<bool>("raiseErrorEvent");
+        QTest::addColumn<QString>("prompt");
+        QTest::newRow("AddDate") << "ctlDay.AddDate" << false << "kvKalivo-Fehlercode 200\r\nTestfehler";
+        QTest::newRow("Terminate") << "ctlDay.Terminate" << false << "kvKalivo-Fehlercode 100\r\nTestfehler";
+        QTest::newRow("raised as an event") << "ctlDay.AddDate" << true << "";
+    }
+    void failuresAreReportedWithTheirCode()
+    {
+        QFETCH(QString, site);
+        QFETCH(bool, raiseErrorEvent);
+        QFETCH(QString, prompt);
+        kvErrorReporting::setRaiseErrorEvent(raiseErrorEvent);
+        auto cell = makeCell(180, 120);
+        kvFaultInjection::Arm(site, 0, QStringLiteral("Testfehler"));
+        addRow(*cell, QStringLiteral("x"));
+        QCOMPARE(cell->EntriesCount(), site.endsWith(QLatin1String("AddDate")) ? 0 : 1);
+        cell.reset();
+        QCOMPARE(m_messageBox.CallCount(), prompt.isEmpty() ? 0 : 1);
+        if (!prompt.isEmpty()) {
+            QCOMPARE(m_messageBox.LastCall().prompt, prompt);
+            QCOMPARE(m_messageBox.LastCall().title, QStringLiteral("kvKalivo.ocx"));
+        }
+        m_messageBox.Clear();
+    }
+
+    void captureOfAMissingRowReports200()
     {
         const auto cell = makeCell(180, 120);
-        kvFaultInjection::Arm(QStringLiteral("ctlDay.AddDate"), 0, QStringLiteral("Testfehler"));
-        addRow(*cell, QStringLiteral("x"));
+        cell->SetCapture(9);
         QCOMPARE(m_messageBox.CallCount(), 1);
-        QCOMPARE(m_messageBox.LastCall().prompt, QStringLiteral("kvKalivo-Fehlercode 200\r\nTestfehler"));
-        QCOMPARE(m_messageBox.LastCall().title, QStringLiteral("kvKalivo.ocx"));
-        QCOMPARE(cell->EntriesCount(), 0);
-
-        cell->SetCapture(9); // no such row
-        QCOMPARE(m_messageBox.CallCount(), 2);
         QVERIFY(m_messageBox.LastCall().prompt.startsWith(QStringLiteral("kvKalivo-Fehlercode 200\r\n")));
         m_messageBox.Clear();
     }
-
-    void failureWhileBeingDestroyedReports100()
-    {
-        auto cell = makeCell(180, 120);
-        kvFaultInjection::Arm(QStringLiteral("ctlDay.Terminate"), 0, QStringLiteral("Testfehler"));
-        cell.reset();
-        QCOMPARE(m_messageBox.CallCount(), 1);
-        QCOMPARE(m_messageBox.LastCall().prompt, QStringLiteral("kvKalivo-Fehlercode 100\r\nTestfehler"));
-        m_messageBox.Clear();
-    }
-
-    void failureIsSwallowedWhenTheControlRaisesErrorEvents()
-    {
-        kvErrorReporting::setRaiseErrorEvent(true);
-        const auto cell = makeCell(180, 120);
-        kvFaultInjection::Arm(QStringLiteral("ctlDay.AddDate"), 0, QStringLiteral("Testfehler"));
-        addRow(*cell, QStringLiteral("x"));
-        QCOMPARE(m_messageBox.CallCount(), 0);
-        kvErrorReporting::setRaiseErrorEvent(false);
-    }
-
 };
 
 QTEST_MAIN(tst_ctlDay)
