@@ -60,8 +60,8 @@ class tst_kvCellInteraction : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void rightClickOnDayDisablesRowItems();
-    void rightClickOnRowEnablesRowItems();
+    void rightClickSelectsAndOpensTheMenu_data();
+    void rightClickSelectsAndOpensTheMenu();
     void focusMakesTheCellsDayCurrent();
     void tooltipAfterRestThenImmediateThenIdle();
     void tooltipOnActualDayIsNotShifted();
@@ -73,47 +73,43 @@ private Q_SLOTS:
     void dialogsOpenWithTheMouseFree();
 };
 
-void tst_kvCellInteraction::rightClickOnDayDisablesRowItems()
+// A right-click selects the day (and the row under it) and opens the menu with the row items
+// "Bearbeiten..." and "Löschen..." enabled only over a row, the view switch only over the day.
+// A day right-click after a row one never leaves the row items enabled; a left click does nothing.
+void tst_kvCellInteraction::rightClickSelectsAndOpensTheMenu_data()
 {
-    kvControlTestServices services(fixedToday);
-    Calendar calendar;
-    ctlDay *day = calendar.cell(17);
-    QTest::mouseClick(day, Qt::RightButton, Qt::NoModifier, QPoint(day->width() / 2, day->height() - 10));
-    QCOMPARE(calendar.control.ActualDate(), QDate(2026, 11, 17));
-    QCOMPARE(calendar.control.SelectedDayIndex(), qint16(2));
-    QVERIFY(day->IsActualDay());
-    QVERIFY(!calendar.item(1)->isEnabled());
-    QVERIFY(!calendar.item(2)->isEnabled());
-    QVERIFY(calendar.item(6)->isEnabled());
-    QVERIFY(calendar.item(0)->isEnabled());
-    QTRY_VERIFY(calendar.menu()->isVisible());
-    calendar.menu()->hide();
-    // Other buttons do nothing.
-    QTest::mouseClick(calendar.cell(19), Qt::LeftButton, Qt::NoModifier, QPoint(20, calendar.cell(19)->height() - 10));
-    QCOMPARE(calendar.control.SelectedDayIndex(), qint16(2));
-    QVERIFY(!calendar.menu()->isVisible());
+    QTest::addColumn<int>("day");
+    QTest::addColumn<int>("row");
+    QTest::newRow("day") << 17 << 0;
+    QTest::newRow("row") << 18 << 2;
 }
 
-void tst_kvCellInteraction::rightClickOnRowEnablesRowItems()
+void tst_kvCellInteraction::rightClickSelectsAndOpensTheMenu()
 {
+    QFETCH(int, day);
+    QFETCH(int, row);
     kvControlTestServices services(fixedToday);
     Calendar calendar;
-    QTest::mouseClick(calendar.cell(18), Qt::RightButton, Qt::NoModifier, calendar.rowPoint(18, 2));
-    QCOMPARE(calendar.control.ActualDate(), QDate(2026, 11, 18));
-    QCOMPARE(calendar.control.SelectedDayIndex(), qint16(3));
-    QCOMPARE(calendar.control.SelectedEntryIndex(), qint16(2));
-    QVERIFY(calendar.cell(18)->IsActualDay());
-    QVERIFY(calendar.item(1)->isEnabled());
-    QVERIFY(calendar.item(2)->isEnabled());
-    QVERIFY(!calendar.item(6)->isEnabled());
-    QTRY_VERIFY(calendar.menu()->isVisible());
-    calendar.menu()->hide();
-    // And back: a day right-click never leaves "Bearbeiten..." enabled.
-    QTest::mouseClick(calendar.cell(18), Qt::RightButton, Qt::NoModifier,
-                      QPoint(20, calendar.cell(18)->height() - 10));
-    QVERIFY(!calendar.item(1)->isEnabled());
-    QVERIFY(calendar.item(6)->isEnabled());
-    calendar.menu()->hide();
+    const QPoint onTheDay(20, calendar.cell(day)->height() - 10);
+    for (int pass = 0; pass < 2; ++pass) {
+        const bool onRow = row > 0 && pass == 0;
+        QTest::mouseClick(calendar.cell(day), Qt::RightButton, Qt::NoModifier,
+                          onRow ? calendar.rowPoint(day, row) : onTheDay);
+        QCOMPARE(calendar.control.ActualDate(), QDate(2026, 11, day));
+        QCOMPARE(calendar.control.SelectedDayIndex(), qint16(day - 15));
+        if (onRow)
+            QCOMPARE(calendar.control.SelectedEntryIndex(), qint16(row));
+        QVERIFY(calendar.cell(day)->IsActualDay());
+        QCOMPARE(calendar.item(1)->isEnabled(), onRow);
+        QCOMPARE(calendar.item(2)->isEnabled(), onRow);
+        QCOMPARE(calendar.item(6)->isEnabled(), !onRow);
+        QVERIFY(calendar.item(0)->isEnabled());
+        QTRY_VERIFY(calendar.menu()->isVisible());
+        calendar.menu()->hide();
+    }
+    QTest::mouseClick(calendar.cell(19), Qt::LeftButton, Qt::NoModifier, onTheDay);
+    QCOMPARE(calendar.control.SelectedDayIndex(), qint16(day - 15));
+    QVERIFY(!calendar.menu()->isVisible());
 }
 
 void tst_kvCellInteraction::focusMakesTheCellsDayCurrent()
