@@ -6,7 +6,6 @@
 #include "kvControlTestServices.h"
 #include "kvEditCalendar.h"
 #include "kvKalivo.h"
-#include "kvScopedService.h"
 #include "kvSystemMessageBox.h"
 #include "kvWhenShown.h"
 
@@ -18,6 +17,8 @@
 #include <QStatusBar>
 #include <QTimer>
 #include <QtTest>
+
+#include <optional>
 
 namespace {
 
@@ -59,7 +60,11 @@ class tst_kvCellInteraction : public QObject
 {
     Q_OBJECT
 
+    std::optional<kvControlTestServices> m_services;
+
 private Q_SLOTS:
+    void init() { m_services.emplace(fixedToday); }
+    void cleanup() { m_services.reset(); }
     void rightClickSelectsAndOpensTheMenu_data();
     void rightClickSelectsAndOpensTheMenu();
     void focusMakesTheCellsDayCurrent();
@@ -88,7 +93,6 @@ void tst_kvCellInteraction::rightClickSelectsAndOpensTheMenu()
 {
     QFETCH(int, day);
     QFETCH(int, row);
-    kvControlTestServices services(fixedToday);
     Calendar calendar;
     const QPoint onTheDay(20, calendar.cell(day)->height() - 10);
     for (int pass = 0; pass < 2; ++pass) {
@@ -114,7 +118,6 @@ void tst_kvCellInteraction::rightClickSelectsAndOpensTheMenu()
 
 void tst_kvCellInteraction::focusMakesTheCellsDayCurrent()
 {
-    kvControlTestServices services(fixedToday);
     Calendar calendar;
     calendar.control.activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(&calendar.control));
@@ -128,7 +131,6 @@ void tst_kvCellInteraction::focusMakesTheCellsDayCurrent()
 
 void tst_kvCellInteraction::tooltipAfterRestThenImmediateThenIdle()
 {
-    kvControlTestServices services(fixedToday);
     Calendar calendar;
     ctlToolTip *tip = calendar.toolTip();
     QCOMPARE(calendar.timer("TimerTooltip")->interval(), 1000);
@@ -179,7 +181,6 @@ void tst_kvCellInteraction::tooltipAfterRestThenImmediateThenIdle()
 
 void tst_kvCellInteraction::tooltipOnActualDayIsNotShifted()
 {
-    kvControlTestServices services(fixedToday);
     Calendar calendar;
     calendar.control.resize(1400, 600); // the tooltip fits without the push-back
     QVERIFY(calendar.cell(22)->IsActualDay());
@@ -195,7 +196,6 @@ void tst_kvCellInteraction::tooltipOnActualDayIsNotShifted()
 
 void tst_kvCellInteraction::tooltipPushedBackAtRightEdge()
 {
-    kvControlTestServices services(fixedToday);
     Calendar calendar;
     calendar.move(22, 1, 5, 5);
     QTRY_VERIFY_WITH_TIMEOUT(calendar.toolTip()->isVisible(), 1500);
@@ -206,7 +206,6 @@ void tst_kvCellInteraction::tooltipPushedBackAtRightEdge()
 
 void tst_kvCellInteraction::pendingTooltipAfterRefreshShowsNothing()
 {
-    kvControlTestServices services(fixedToday);
     Calendar calendar;
     calendar.move(18, 1, 5, 5);
     QVERIFY(calendar.timer("TimerTooltip")->isActive());
@@ -217,7 +216,6 @@ void tst_kvCellInteraction::pendingTooltipAfterRefreshShowsNothing()
 
 void tst_kvCellInteraction::clickOnTooltipOrRowHidesIt()
 {
-    kvControlTestServices services(fixedToday);
     Calendar calendar;
     calendar.move(18, 1, 5, 5);
     QTRY_VERIFY_WITH_TIMEOUT(calendar.toolTip()->isVisible(), 1500);
@@ -240,7 +238,6 @@ void tst_kvCellInteraction::clickOnTooltipOrRowHidesIt()
 
 void tst_kvCellInteraction::reloadLetsGoOfTheCapturedRow()
 {
-    kvControlTestServices services(fixedToday);
     Calendar calendar;
     calendar.move(18, 1, 5, 5);
     QCOMPARE(QWidget::mouseGrabber(), calendar.cell(18));
@@ -287,7 +284,6 @@ void tst_kvCellInteraction::dialogsOpenWithTheMouseFree()
 {
     QFETCH(std::function<void(Calendar &)>, open);
     QFETCH(QString, closeButton);
-    kvControlTestServices services(fixedToday);
     kvSystemMessageBox realMessageBox; // and the real modal runner, since no other is installed
     kvScopedService installed(realMessageBox);
     Calendar calendar;
