@@ -156,7 +156,7 @@ private slots:
         QCOMPARE(calendar.control.findChild<QDateEdit *>(QStringLiteral("DTPicker1"))->date(), fixedToday);
     }
 
-    // switching view with "Week"/"Month" re-arranges the grid even when AutoRefresh
+    // Switching view with "Week"/"Month" re-arranges the grid even when AutoRefresh
     // is False.
     void viewButtonsRearrangeWithoutAutoRefresh()
     {
@@ -181,7 +181,7 @@ private slots:
         QCOMPARE(item->text(), QStringLiteral("Monatsansicht"));
     }
 
-    // the toolbar's "Print" asks first; the context menu's "Drucken" prints at once.
+    // The toolbar's "Print" asks first; the context menu's "Drucken" prints at once.
     void toolbarPrintAsksAndMenuPrintDoesNot()
     {
         Calendar calendar;
