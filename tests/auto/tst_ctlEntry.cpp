@@ -1,6 +1,6 @@
+// A row of a day cell: its layout, the shortened text, header marks, hits and events.
 #include "ctlEntry.h"
 
-#include "kvMemoryPropertyBag.h"
 #include "kvOleColor.h"
 
 #include <QFontMetrics>
@@ -36,8 +36,8 @@ void initRow(ctlEntry &row, const QString &text, int rowWidth, const QString &ti
     row.Move(0, 15, rowWidth, row.Height());
 }
 
-// Part 3.3's loop, literally: shorten by k = 1, 2, ... and take the first candidate that fits.
-QString specShortening(const QString &text, int labelWidth)
+// The shortening rule written out: drop k = 1, 2, ... characters, add "...", take the first fit.
+QString shortened(const QString &text, int labelWidth)
 {
     const QFontMetrics metrics(rowFont());
     if (metrics.horizontalAdvance(text) <= labelWidth)
@@ -57,99 +57,20 @@ class tst_ctlEntry : public QObject
     Q_OBJECT
 
 private slots:
-    void creationPlacesTheChildControls()
-    {
-        ctlEntry row;
-        QCOMPARE(row.lblTime().Geometry, QRect(0, 0, 35, 14));
-        QCOMPARE(row.lblText().Geometry.left(), 35);
-        QCOMPARE(row.lblText().Geometry.height(), 14);
-        QCOMPARE(row.lblTime().Caption, QString());
-        QCOMPARE(row.lblText().Caption, QString());
-        QCOMPARE(row.linSeperator().Y1, 16);
-        QCOMPARE(row.linSeperator().Y2, 16);
-        QVERIFY(!row.ShowLineSeperator());
-        QCOMPARE(row.BackColor(), 0x8000000Au);
-        QVERIFY(!row.IsActualDay());
-        QCOMPARE(row.Time(), QString());
-    }
-
-    void initStoresTheRecord()
-    {
-        ctlEntry row;
-        initRow(row, QStringLiteral("Zahnarzt"), 180);
-        QCOMPARE(row.DateID(), 4711);
-        QCOMPARE(row.Listindex(), qint16(1));
-        QCOMPARE(row.datDateBegin(), Begin);
-        QCOMPARE(row.datDateEnd(), End);
-        QCOMPARE(row.Text(), QStringLiteral("Zahnarzt"));
-        QCOMPARE(row.Remark(), QStringLiteral("Raum 3"));
-        QCOMPARE(row.Document(), QStringLiteral("C:\\a.doc"));
-        QCOMPARE(row.ImgId(), qint16(23));
-        QCOMPARE(row.Time(), QStringLiteral("10:30"));
-        QCOMPARE(row.lblText().Caption, QStringLiteral("Zahnarzt"));
-        QCOMPARE(row.OverflowText(), QString());
-        QVERIFY(row.lblTime().Visible);
-        QVERIFY(row.lblText().Visible);
-    }
-
-    void initMakesTheRowOnePixelHigherThanItsText()
-    {
-        ctlEntry row;
-        initRow(row, QStringLiteral("Zahnarzt"), 180);
-        QCOMPARE(row.lblText().Geometry.height(), 14);
-        QCOMPARE(row.Height(), 15);
-    }
-
-    void initColoursTheRowAndBothLabels()
-    {
-        ctlEntry row;
-        row.Init(1, 1, QStringLiteral("08:00"), Begin, End, QStringLiteral("x"), QString(), QString(),
-                 0, 0x00FFFF, 0x800000);
-        QCOMPARE(row.BackColor(), 0x00FFFFu);
-        QCOMPARE(row.RowBackColor(), 0x00FFFFu);
-        QCOMPARE(row.lblTime().BackColor, 0x00FFFFu);
-        QCOMPARE(row.lblText().BackColor, 0x00FFFFu);
-        QCOMPARE(row.lblTime().ForeColor, 0x800000u);
-        QCOMPARE(row.lblText().ForeColor, 0x800000u);
-    }
-
-    void midnightShowsNoTime()
+    // Init: the row is one pixel higher than its text; midnight shows no time.
+    void initSizesTheRow()
     {
         ctlEntry row;
         initRow(row, QStringLiteral("Urlaub"), 180, QStringLiteral("00:00"));
+        QCOMPARE(row.lblTime().Geometry, QRect(0, 0, 35, 14));
+        QCOMPARE(row.lblText().Geometry, QRect(35, 0, 145, 14));
+        QCOMPARE(row.Height(), 15);
+        QCOMPARE(row.linSeperator().Y1, 16);
         QCOMPARE(row.lblTime().Caption, QString());
         QCOMPARE(row.Time(), QString());
     }
 
-    void exactFitIsNotShortened()
-    {
-        ctlEntry row;
-        const QString text = QStringLiteral("Elternabend Grundschule");
-        initRow(row, text, 35 + widthOf(text));
-        QCOMPARE(row.lblText().Geometry.width(), widthOf(text));
-        QCOMPARE(row.lblText().Caption, text);
-        QCOMPARE(row.OverflowText(), QString());
-
-        row.setWidth(35 + widthOf(text) - 1);
-        QVERIFY(row.lblText().Caption.endsWith(QStringLiteral("...")));
-        QCOMPARE(row.OverflowText(), text);
-    }
-
-    void widerTextLosesOneCharacterAtATime()
-    {
-        ctlEntry row;
-        initRow(row, LongText, 180);
-        const QString caption = row.lblText().Caption;
-        QVERIFY(caption.endsWith(QStringLiteral("...")));
-        QVERIFY(widthOf(caption) <= row.lblText().Geometry.width());
-        // one character more would not fit any more
-        const QString longer = LongText.left(caption.size() - 3 + 1) + QStringLiteral("...");
-        QVERIFY(widthOf(longer) > row.lblText().Geometry.width());
-        QCOMPARE(row.Text(), LongText);
-        QCOMPARE(row.OverflowText(), LongText);
-    }
-
-    void shorteningMatchesTheSpecsLoopAtEveryWidth()
+    void shorteningMatchesTheRuleAtEveryWidth()
     {
         ctlEntry row;
         initRow(row, LongText, 180);
@@ -157,9 +78,10 @@ private slots:
             row.setWidth(width);
             const int labelWidth = width - 35;
             QCOMPARE(row.lblText().Geometry.width(), labelWidth);
-            QCOMPARE(row.lblText().Caption, specShortening(LongText, labelWidth));
+            QCOMPARE(row.lblText().Caption, shortened(LongText, labelWidth));
             QVERIFY(widthOf(row.lblText().Caption) <= labelWidth);
             QCOMPARE(row.Text(), LongText);
+            QCOMPARE(row.OverflowText(), row.lblText().Caption == LongText ? QString() : LongText);
         }
     }
 
@@ -184,27 +106,6 @@ private slots:
         QCOMPARE(row.linSeperator().X2, 35);
     }
 
-    void resizeMovesTheSeparatorEnd()
-    {
-        ctlEntry row;
-        initRow(row, QStringLiteral("Zahnarzt"), 120);
-        QCOMPARE(row.linSeperator().X2, 120);
-        row.setWidth(150);
-        QCOMPARE(row.linSeperator().X1, 0);
-        QCOMPARE(row.linSeperator().X2, 150);
-        QCOMPARE(row.linSeperator().Y1, 16);
-    }
-
-    void secondInitShowsTheNewText()
-    {
-        ctlEntry row;
-        initRow(row, QStringLiteral("Zahnarzt"), 180);
-        row.Init(5, 2, QStringLiteral("11:00"), Begin, End, QStringLiteral("Friseur"), QString(),
-                 QString(), 0, 0xFFFFFF, 0);
-        QCOMPARE(row.lblText().Caption, QStringLiteral("Friseur"));
-        QCOMPARE(row.Time(), QStringLiteral("11:00"));
-    }
-
     void continuedDateShowsTheMarkerWhateverIsWritten()
     {
         ctlEntry row;
@@ -212,53 +113,39 @@ private slots:
         row.setIsContinuedDate(false);
         QCOMPARE(row.Time(), QStringLiteral("<--"));
         QVERIFY(!row.IsContinuedDate());
-
-        ctlEntry other;
-        initRow(other, QStringLiteral("Messe"), 180, QStringLiteral("09:00"));
-        other.setIsContinuedDate(true);
-        QCOMPARE(other.Time(), QStringLiteral("<--"));
-        QVERIFY(other.IsContinuedDate());
     }
 
-    void holidayHeaderIsRedAndBoldWhenNotTheActualDay()
+    // A day header's number: bold on the selected day, bold and red (255) with the holiday name
+    // as its hover text on a holiday, back to its own colour when the name goes.
+    void headerMarks_data()
     {
-        ctlEntry header;
-        header.Init(0, 0, QStringLiteral("25"), Begin, Begin, QString(), QString(), QString(), 0,
-                    0x8000000A, 0x000000);
-        header.setIsActualDay(false);
-        header.setPublicHolidayName(QStringLiteral("1. Weihnachtstag"));
-        QVERIFY(header.lblTime().Bold);
-        QCOMPARE(header.lblTime().ForeColor, 255u);
-        QCOMPARE(header.lblTime().ToolTipText, QStringLiteral("1. Weihnachtstag"));
-
-        header.setIsActualDay(false); // still a holiday: stays bold and red
-        QVERIFY(header.lblTime().Bold);
-        QCOMPARE(header.lblTime().ForeColor, 255u);
+        QTest::addColumn<bool>("actualDay");
+        QTest::addColumn<QStringList>("holidayNames"); // set one after the other
+        QTest::addColumn<bool>("bold");
+        QTest::addColumn<uint>("foreColor");
+        QTest::newRow("plain") << false << QStringList{} << false << 0x404040u;
+        QTest::newRow("actual day") << true << QStringList{} << true << 0x404040u;
+        QTest::newRow("holiday") << false << QStringList{"1. Weihnachtstag"} << true << 255u;
+        QTest::newRow("holiday on the actual day") << true << QStringList{"1. Weihnachtstag"} << true << 255u;
+        QTest::newRow("holiday name removed") << false << QStringList{"1. Weihnachtstag", ""} << false << 0x404040u;
     }
-
-    void emptyHolidayNameRestoresTheForeColour()
+    void headerMarks()
     {
+        QFETCH(bool, actualDay);
+        QFETCH(QStringList, holidayNames);
+        QFETCH(bool, bold);
+        QFETCH(uint, foreColor);
         ctlEntry header;
         header.Init(0, 0, QStringLiteral("25"), Begin, Begin, QString(), QString(), QString(), 0,
                     0x8000000A, 0x000000);
         header.setForeColor(0x404040);
-        header.setPublicHolidayName(QStringLiteral("1. Weihnachtstag"));
-        header.setPublicHolidayName(QString());
-        QVERIFY(!header.lblTime().Bold);
-        QCOMPARE(header.lblTime().ForeColor, 0x404040u);
-        QCOMPARE(header.lblTime().ToolTipText, QString());
-    }
-
-    void actualDayIsBold()
-    {
-        ctlEntry header;
-        header.Init(0, 0, QStringLiteral("7"), Begin, Begin, QString(), QString(), QString(), 0,
-                    0x8000000A, 0x123456);
-        header.setIsActualDay(true);
-        QVERIFY(header.lblTime().Bold);
-        QCOMPARE(header.lblTime().ForeColor, 0x123456u);
-        header.setIsActualDay(false);
-        QVERIFY(!header.lblTime().Bold);
+        header.setIsActualDay(actualDay);
+        for (const QString &name : holidayNames)
+            header.setPublicHolidayName(name);
+        header.setIsActualDay(actualDay); // the marking after a reload keeps the holiday look
+        QCOMPARE(header.lblTime().Bold, bold);
+        QCOMPARE(header.lblTime().ForeColor, foreColor);
+        QCOMPARE(header.lblTime().ToolTipText, holidayNames.isEmpty() ? QString() : holidayNames.constLast());
     }
 
     void coloursGoToBothLabelsButNotTheRowBackground()
@@ -272,73 +159,10 @@ private slots:
         QCOMPARE(row.lblTime().ForeColor, 0x0000FFu);
         QCOMPARE(row.lblText().ForeColor, 0x0000FFu);
         QCOMPARE(row.RowBackColor(), 0xFFFFFFu); // set by Init only
-    }
-
-    void separatorFollowsShowLineSeperator()
-    {
-        ctlEntry row;
-        initRow(row, QStringLiteral("Zahnarzt"), 180);
-        row.setShowLineSeperator(true);
-        QVERIFY(row.linSeperator().Visible);
-        QVERIFY(row.ShowLineSeperator());
-        row.setShowLineSeperator(false);
-        QVERIFY(!row.linSeperator().Visible);
-    }
-
-    void plainPropertiesAreStored()
-    {
-        ctlEntry row;
-        row.setImgId(42);
-        row.setListindex(7);
-        QCOMPARE(row.ImgId(), qint16(42));
-        QCOMPARE(row.Listindex(), qint16(7));
-    }
-
-    void propertyBagKeys()
-    {
-        ctlEntry row;
-        kvMemoryPropertyBag bag;
-        row.WriteProperties(bag);
-        QVERIFY(bag.Keys().isEmpty()); // both at their defaults
-
-        row.setBackColor(0x00FF00);
-        row.setIsActualDay(true);
-        row.WriteProperties(bag);
-        QCOMPARE(bag.Value(QStringLiteral("BackColor")).toInt(), 0x00FF00);
-        QCOMPARE(bag.Value(QStringLiteral("IsActualDay")).toBool(), true);
-
-        ctlEntry copy;
-        copy.ReadProperties(bag);
-        QCOMPARE(copy.BackColor(), 0x00FF00u);
-        QVERIFY(copy.IsActualDay());
-
-        kvMemoryPropertyBag empty;
-        ctlEntry fresh;
-        fresh.ReadProperties(empty);
-        QCOMPARE(fresh.BackColor(), 0x8000000Au);
-        QVERIFY(!fresh.IsActualDay());
-    }
-
-    void hWndTellsRowsApart()
-    {
-        ctlEntry first;
-        ctlEntry second;
-        QVERIFY(first.hWnd() != 0);
-        QVERIFY(first.hWnd() != second.hWnd());
-        QCOMPARE(first.hWnd(), first.hWnd());
-    }
-
-    void eventsAreDeclaredInTheSpecsOrder()
-    {
-        const QMetaObject &meta = ctlEntry::staticMetaObject;
-        const int dblClick = meta.indexOfSignal("DblClick(qint32,kvDate,kvDate,QString,QString)");
-        const int move = meta.indexOfSignal("MouseMove(qint16,qint16,float,float)");
-        const int down = meta.indexOfSignal("MouseDown(qint16,qint16,float,float)");
-        const int up = meta.indexOfSignal("MouseUp(qint16,qint16,float,float)");
-        QVERIFY(dblClick >= 0);
-        QVERIFY(dblClick < move);
-        QVERIFY(move < down);
-        QVERIFY(down < up);
+        row.Init(1, 1, QStringLiteral("08:00"), Begin, End, QStringLiteral("x"), QString(), QString(),
+                 0, 0x00FFFF, 0x800000);
+        QCOMPARE(row.RowBackColor(), 0x00FFFFu);
+        QCOMPARE(row.lblTime().ForeColor, 0x800000u);
     }
 
     void hitTestFindsTheLabels()
@@ -438,17 +262,6 @@ private slots:
         QCOMPARE(image.pixelColor(50, 15).rgb(), QPalette().color(QPalette::Midlight).rgb()); // the separator
     }
 
-    void invisibleRowPaintsNothing()
-    {
-        ctlEntry row;
-        initRow(row, QStringLiteral("Zahnarzt"), 100);
-        QImage image(100, 40, QImage::Format_RGB32);
-        image.fill(Qt::black);
-        QPainter painter(&image);
-        row.Paint(painter, QPalette());
-        painter.end();
-        QCOMPARE(image.pixelColor(50, 20).rgb(), QColor(Qt::black).rgb());
-    }
 };
 
 QTEST_MAIN(tst_ctlEntry)

@@ -1,5 +1,5 @@
-// Part 3.6: the main control's handling of its day cells' events, the context menu and the
-// delayed tooltip.
+// The control's handling of its day cells' events: selection, the context menu, the delayed
+// tooltip and the row that holds the mouse.
 #include "ctlDay.h"
 #include "ctlEntry.h"
 #include "ctlToolTip.h"
@@ -7,9 +7,7 @@
 #include "kvEditCalendar.h"
 #include "kvKalivoTestAccess.h"
 #include "kvKalivo.h"
-#include "kvScopedService.h"
 #include "kvSystemMessageBox.h"
-#include "kvTestSupport.h"
 #include "kvWhenShown.h"
 
 #include <QAction>
@@ -20,6 +18,8 @@
 #include <QStatusBar>
 #include <QTimer>
 #include <QtTest>
+
+#include <optional>
 
 namespace {
 
@@ -61,12 +61,14 @@ class tst_kvCellInteraction : public QObject
 {
     Q_OBJECT
 
+    std::optional<kvControlTestServices> m_services;
+
 private Q_SLOTS:
-    void rightClickOnDayDisablesRowItems();
-    void rightClickOnRowEnablesRowItems();
-    void menuSeparatorsAreBareLines();
+    void init() { m_services.emplace(fixedToday); }
+    void cleanup() { m_services.reset(); }
+    void rightClickSelectsAndOpensTheMenu_data();
+    void rightClickSelectsAndOpensTheMenu();
     void focusMakesTheCellsDayCurrent();
-    void timersAreIdleAtStart();
     void tooltipAfterRestThenImmediateThenIdle();
     void tooltipOnActualDayIsNotShifted();
     void tooltipPushedBackAtRightEdge();
@@ -75,75 +77,48 @@ private Q_SLOTS:
     void reloadLetsGoOfTheCapturedRow();
     void dialogsOpenWithTheMouseFree_data();
     void dialogsOpenWithTheMouseFree();
-    void screenshotTooltipOverRow();
 };
 
-void tst_kvCellInteraction::rightClickOnDayDisablesRowItems()
+// A right-click selects the day (and the row under it) and opens the menu with the row items
+// "Bearbeiten..." and "Löschen..." enabled only over a row, the view switch only over the day.
+// A day right-click after a row one never leaves the row items enabled; a left click does nothing.
+void tst_kvCellInteraction::rightClickSelectsAndOpensTheMenu_data()
 {
-    kvControlTestServices services(fixedToday);
-    Calendar calendar;
-    ctlDay *day = calendar.cell(17);
-    QTest::mouseClick(day, Qt::RightButton, Qt::NoModifier, QPoint(day->width() / 2, day->height() - 10));
-    QCOMPARE(calendar.control.ActualDate(), QDate(2026, 11, 17));
-    QCOMPARE(kvKalivoTestAccess::SelectedDayIndex(calendar.control), qint16(2));
-    QVERIFY(day->IsActualDay());
-    QVERIFY(!calendar.item(1)->isEnabled());
-    QVERIFY(!calendar.item(2)->isEnabled());
-    QVERIFY(calendar.item(6)->isEnabled());
-    QVERIFY(calendar.item(0)->isEnabled());
-    QTRY_VERIFY(calendar.menu()->isVisible());
-    calendar.menu()->hide();
-    // Other buttons do nothing.
-    QTest::mouseClick(calendar.cell(19), Qt::LeftButton, Qt::NoModifier, QPoint(20, calendar.cell(19)->height() - 10));
-    QCOMPARE(kvKalivoTestAccess::SelectedDayIndex(calendar.control), qint16(2));
-    QVERIFY(!calendar.menu()->isVisible());
+    QTest::addColumn<int>("day");
+    QTest::addColumn<int>("row");
+    QTest::newRow("day") << 17 << 0;
+    QTest::newRow("row") << 18 << 2;
 }
 
-void tst_kvCellInteraction::rightClickOnRowEnablesRowItems()
+void tst_kvCellInteraction::rightClickSelectsAndOpensTheMenu()
 {
-    kvControlTestServices services(fixedToday);
+    QFETCH(int, day);
+    QFETCH(int, row);
     Calendar calendar;
-    QTest::mouseClick(calendar.cell(18), Qt::RightButton, Qt::NoModifier, calendar.rowPoint(18, 2));
-    QCOMPARE(calendar.control.ActualDate(), QDate(2026, 11, 18));
-    QCOMPARE(kvKalivoTestAccess::SelectedDayIndex(calendar.control), qint16(3));
-    QCOMPARE(kvKalivoTestAccess::SelectedEntryIndex(calendar.control), qint16(2));
-    QVERIFY(calendar.cell(18)->IsActualDay());
-    QVERIFY(calendar.item(1)->isEnabled());
-    QVERIFY(calendar.item(2)->isEnabled());
-    QVERIFY(!calendar.item(6)->isEnabled());
-    QTRY_VERIFY(calendar.menu()->isVisible());
-    calendar.menu()->hide();
-    // And back: a day right-click never leaves "Bearbeiten..." enabled.
-    QTest::mouseClick(calendar.cell(18), Qt::RightButton, Qt::NoModifier,
-                      QPoint(20, calendar.cell(18)->height() - 10));
-    QVERIFY(!calendar.item(1)->isEnabled());
-    QVERIFY(calendar.item(6)->isEnabled());
-    calendar.menu()->hide();
-}
-
-// A separator is a line and nothing else: styles draw a separator's caption as a section title.
-void tst_kvCellInteraction::menuSeparatorsAreBareLines()
-{
-    kvControlTestServices services(fixedToday);
-    Calendar calendar;
-    QMenu *menu = calendar.menu();
-    menu->popup(calendar.control.mapToGlobal(QPoint(10, 10)));
-    QVERIFY(QTest::qWaitForWindowExposed(menu));
-    const QImage shown = menu->grab().toImage();
-    const int textDarkness = qGray(menu->palette().color(QPalette::Text).rgb()) + 40;
-    for (int index : {5, 7}) {
-        const QRect separator = menu->actionGeometry(calendar.item(index));
-        for (int y = separator.top(); y <= separator.bottom(); ++y) {
-            for (int x = separator.left(); x <= separator.right(); ++x)
-                QVERIFY2(qGray(shown.pixel(x, y)) > textDarkness, qPrintable(QString::number(x)));
-        }
+    const QPoint onTheDay(20, calendar.cell(day)->height() - 10);
+    for (int pass = 0; pass < 2; ++pass) {
+        const bool onRow = row > 0 && pass == 0;
+        QTest::mouseClick(calendar.cell(day), Qt::RightButton, Qt::NoModifier,
+                          onRow ? calendar.rowPoint(day, row) : onTheDay);
+        QCOMPARE(calendar.control.ActualDate(), QDate(2026, 11, day));
+        QCOMPARE(kvKalivoTestAccess::SelectedDayIndex(calendar.control), qint16(day - 15));
+        if (onRow)
+            QCOMPARE(kvKalivoTestAccess::SelectedEntryIndex(calendar.control), qint16(row));
+        QVERIFY(calendar.cell(day)->IsActualDay());
+        QCOMPARE(calendar.item(1)->isEnabled(), onRow);
+        QCOMPARE(calendar.item(2)->isEnabled(), onRow);
+        QCOMPARE(calendar.item(6)->isEnabled(), !onRow);
+        QVERIFY(calendar.item(0)->isEnabled());
+        QTRY_VERIFY(calendar.menu()->isVisible());
+        calendar.menu()->hide();
     }
-    menu->hide();
+    QTest::mouseClick(calendar.cell(19), Qt::LeftButton, Qt::NoModifier, onTheDay);
+    QCOMPARE(kvKalivoTestAccess::SelectedDayIndex(calendar.control), qint16(day - 15));
+    QVERIFY(!calendar.menu()->isVisible());
 }
 
 void tst_kvCellInteraction::focusMakesTheCellsDayCurrent()
 {
-    kvControlTestServices services(fixedToday);
     Calendar calendar;
     calendar.control.activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(&calendar.control));
@@ -155,22 +130,13 @@ void tst_kvCellInteraction::focusMakesTheCellsDayCurrent()
     QCOMPARE(panel->text(), QStringLiteral("47. KW"));
 }
 
-void tst_kvCellInteraction::timersAreIdleAtStart()
+void tst_kvCellInteraction::tooltipAfterRestThenImmediateThenIdle()
 {
-    kvControlTestServices services(fixedToday);
     Calendar calendar;
+    ctlToolTip *tip = calendar.toolTip();
     QCOMPARE(calendar.timer("TimerTooltip")->interval(), 1000);
     QCOMPARE(calendar.timer("TimerTooltipOFF")->interval(), 800);
     QVERIFY(!calendar.timer("TimerTooltip")->isActive());
-    QVERIFY(!calendar.timer("TimerTooltipOFF")->isActive());
-    QVERIFY(!calendar.toolTip()->isVisible());
-}
-
-void tst_kvCellInteraction::tooltipAfterRestThenImmediateThenIdle()
-{
-    kvControlTestServices services(fixedToday);
-    Calendar calendar;
-    ctlToolTip *tip = calendar.toolTip();
     calendar.move(18, 1, 5, 5);
     QVERIFY(calendar.timer("TimerTooltip")->isActive()); // armed
     QVERIFY(!tip->isVisible());
@@ -216,7 +182,6 @@ void tst_kvCellInteraction::tooltipAfterRestThenImmediateThenIdle()
 
 void tst_kvCellInteraction::tooltipOnActualDayIsNotShifted()
 {
-    kvControlTestServices services(fixedToday);
     Calendar calendar;
     calendar.control.resize(1400, 600); // the tooltip fits without the push-back
     QVERIFY(calendar.cell(22)->IsActualDay());
@@ -232,7 +197,6 @@ void tst_kvCellInteraction::tooltipOnActualDayIsNotShifted()
 
 void tst_kvCellInteraction::tooltipPushedBackAtRightEdge()
 {
-    kvControlTestServices services(fixedToday);
     Calendar calendar;
     calendar.move(22, 1, 5, 5);
     QTRY_VERIFY_WITH_TIMEOUT(calendar.toolTip()->isVisible(), 1500);
@@ -243,7 +207,6 @@ void tst_kvCellInteraction::tooltipPushedBackAtRightEdge()
 
 void tst_kvCellInteraction::pendingTooltipAfterRefreshShowsNothing()
 {
-    kvControlTestServices services(fixedToday);
     Calendar calendar;
     calendar.move(18, 1, 5, 5);
     QVERIFY(calendar.timer("TimerTooltip")->isActive());
@@ -254,7 +217,6 @@ void tst_kvCellInteraction::pendingTooltipAfterRefreshShowsNothing()
 
 void tst_kvCellInteraction::clickOnTooltipOrRowHidesIt()
 {
-    kvControlTestServices services(fixedToday);
     Calendar calendar;
     calendar.move(18, 1, 5, 5);
     QTRY_VERIFY_WITH_TIMEOUT(calendar.toolTip()->isVisible(), 1500);
@@ -277,7 +239,6 @@ void tst_kvCellInteraction::clickOnTooltipOrRowHidesIt()
 
 void tst_kvCellInteraction::reloadLetsGoOfTheCapturedRow()
 {
-    kvControlTestServices services(fixedToday);
     Calendar calendar;
     calendar.move(18, 1, 5, 5);
     QCOMPARE(QWidget::mouseGrabber(), calendar.cell(18));
@@ -324,7 +285,6 @@ void tst_kvCellInteraction::dialogsOpenWithTheMouseFree()
 {
     QFETCH(std::function<void(Calendar &)>, open);
     QFETCH(QString, closeButton);
-    kvControlTestServices services(fixedToday);
     kvSystemMessageBox realMessageBox; // and the real modal runner, since no other is installed
     kvScopedService installed(realMessageBox);
     Calendar calendar;
@@ -351,17 +311,6 @@ void tst_kvCellInteraction::dialogsOpenWithTheMouseFree()
     // Resting on a row afterwards captures it anew.
     calendar.hover(18, 2);
     QCOMPARE(QWidget::mouseGrabber(), calendar.cell(18));
-}
-
-void tst_kvCellInteraction::screenshotTooltipOverRow()
-{
-    kvControlTestServices services(fixedToday);
-    Calendar calendar;
-    QVERIFY(QTest::qWaitForWindowExposed(&calendar.control));
-    calendar.move(18, 1, 5, 5);
-    QTRY_VERIFY_WITH_TIMEOUT(calendar.toolTip()->isVisible(), 1500);
-    const QString path = galleryFolder() + QStringLiteral("/kvKalivo-tooltip-over-row.png");
-    QVERIFY(calendar.control.grab().save(path));
 }
 
 QTEST_MAIN(tst_kvCellInteraction)

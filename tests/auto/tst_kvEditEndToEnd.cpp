@@ -1,16 +1,15 @@
-// The edit flow as a user lives it (Parts 2.3, 3.6, 5.1), on a real database with ParameterizedSql:
+// The edit flow as a user lives it, on a real database with ParameterizedSql:
 // built twice, as tst_kvEditEndToEnd on SQLite and as tst_kvEditEndToEndMariaDb on the CTest
 // fixture's MariaDB server (KV_END_TO_END_ON_MARIADB).
 #include "frmEdit.h"
-#include "kvControlTestServices.h"
 #include "kvEditCalendar.h"
 #include "kvKalivoTestAccess.h"
 #include "kvKalivo.h"
 #include "kvMessageBox.h"
-#include "kvScopedService.h"
-#include "kvScriptedModalRunner.h"
 
 #include <QtTest>
+
+#include <optional>
 
 namespace {
 
@@ -28,7 +27,11 @@ class tst_kvEditEndToEnd : public QObject
 {
     Q_OBJECT
 
+    std::optional<kvEditTestServices> m_services;
+
 private Q_SLOTS:
+    void init() { m_services.emplace(); }
+    void cleanup() { m_services.reset(); }
     void doubleClickRowChangesNameWithApostrophe();
     void doubleClickDayCreatesAppointmentOnThatDay();
     void editorDeleteButtonAsksAndDeletes();
@@ -37,28 +40,25 @@ private Q_SLOTS:
 
 void tst_kvEditEndToEnd::doubleClickRowChangesNameWithApostrophe()
 {
-    kvControlTestServices services(fixedToday);
-    kvScriptedModalRunner runner;
-    kvScopedService installed(runner);
     Calendar calendar(database);
     calendar.add(at(18, 10), at(18, 11), QStringLiteral("Müller"));
     calendar.add(at(18, 12), at(18, 13), QStringLiteral("Mittag"));
     calendar.reload();
-    runner.Enqueue(typeName(QStringLiteral("O'Brien")));
+    m_services->runner.Enqueue(typeName(QStringLiteral("O'Brien")));
     calendar.doubleClickRow(18, 1);
-    QCOMPARE(runner.ExecCount(), 1);
-    QCOMPARE(runner.DialogNames().constFirst(), QStringLiteral("frmEdit"));
+    QCOMPARE(m_services->runner.ExecCount(), 1);
+    QCOMPARE(m_services->runner.DialogNames().constFirst(), QStringLiteral("frmEdit"));
     // Shown with the control as owner: a window of its own, modal over the control's window.
     QCOMPARE(frmEdit::ThreadInstance().parentWidget(), calendar.control.window());
     QVERIFY(frmEdit::ThreadInstance().isWindow());
-    QCOMPARE(services.messageBox().CallCount(), 0);
+    QCOMPARE(m_services->messageBox().CallCount(), 0);
     QCOMPARE(calendar.names(), (QStringList{QStringLiteral("O'Brien"), QStringLiteral("Mittag")}));
     QCOMPARE(calendar.begins().constFirst(), at(18, 10).toDateTime());
     QCOMPARE(calendar.cell(18)->Entries(1)->Text(), QStringLiteral("O'Brien"));
     QCOMPARE(calendar.control.ActualDate(), QDate(2026, 11, 18));
 
     // The second row through the context menu's "Bearbeiten...".
-    runner.Enqueue(typeName(QStringLiteral("Mittagessen")));
+    m_services->runner.Enqueue(typeName(QStringLiteral("Mittagessen")));
     calendar.rightClickRow(18, 2);
     calendar.chooseMenuItem(1);
     QCOMPARE(calendar.names(), (QStringList{QStringLiteral("O'Brien"), QStringLiteral("Mittagessen")}));
@@ -67,16 +67,13 @@ void tst_kvEditEndToEnd::doubleClickRowChangesNameWithApostrophe()
 
 void tst_kvEditEndToEnd::doubleClickDayCreatesAppointmentOnThatDay()
 {
-    kvControlTestServices services(fixedToday);
-    kvScriptedModalRunner runner;
-    kvScopedService installed(runner);
     Calendar calendar(database);
     calendar.control.activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(&calendar.control));
-    runner.Enqueue(typeName(QStringLiteral("Zahnarzt")));
+    m_services->runner.Enqueue(typeName(QStringLiteral("Zahnarzt")));
     ctlDay *day = calendar.cell(17);
     calendar.doubleClick(day, QPoint(day->width() / 2, day->height() / 2));
-    QCOMPARE(runner.ExecCount(), 1);
+    QCOMPARE(m_services->runner.ExecCount(), 1);
     QCOMPARE(kvKalivoTestAccess::SelectedEntryIndex(calendar.control), qint16(-1));
     QCOMPARE(calendar.names(), QStringList{QStringLiteral("Zahnarzt")});
     QCOMPARE(calendar.begins().constFirst().date(), QDate(2026, 11, 17));
@@ -86,21 +83,18 @@ void tst_kvEditEndToEnd::doubleClickDayCreatesAppointmentOnThatDay()
 
 void tst_kvEditEndToEnd::editorDeleteButtonAsksAndDeletes()
 {
-    kvControlTestServices services(fixedToday);
-    kvScriptedModalRunner runner;
-    kvScopedService installed(runner);
     Calendar calendar(database);
     calendar.add(at(18, 10), at(18, 11), QStringLiteral("Müller"));
     calendar.reload();
-    runner.Enqueue(pressButton("cmdDelete"));
-    services.messageBox().EnqueueAnswer(kvMessageBox::vbNo);
+    m_services->runner.Enqueue(pressButton("cmdDelete"));
+    m_services->messageBox().EnqueueAnswer(kvMessageBox::vbNo);
     calendar.doubleClickRow(18, 1);
-    QCOMPARE(services.messageBox().LastCall().prompt, QStringLiteral("Termin <10:00 Müller> löschen?"));
+    QCOMPARE(m_services->messageBox().LastCall().prompt, QStringLiteral("Termin <10:00 Müller> löschen?"));
     QCOMPARE(calendar.names(), QStringList{QStringLiteral("Müller")});
     QCOMPARE(calendar.cell(18)->EntriesCount(), 1);
 
-    runner.Enqueue(pressButton("cmdDelete"));
-    services.messageBox().EnqueueAnswer(kvMessageBox::vbYes);
+    m_services->runner.Enqueue(pressButton("cmdDelete"));
+    m_services->messageBox().EnqueueAnswer(kvMessageBox::vbYes);
     calendar.doubleClickRow(18, 1);
     QVERIFY(calendar.names().isEmpty());
     QCOMPARE(calendar.cell(18)->EntriesCount(), 0);
@@ -108,9 +102,6 @@ void tst_kvEditEndToEnd::editorDeleteButtonAsksAndDeletes()
 
 void tst_kvEditEndToEnd::databaseEventsWithHostCancellingWriteNothing()
 {
-    kvControlTestServices services(fixedToday);
-    kvScriptedModalRunner runner;
-    kvScopedService installed(runner);
     Calendar calendar(database);
     calendar.add(at(18, 10), at(18, 11), QStringLiteral("Müller"));
     calendar.reload();
@@ -127,17 +118,17 @@ void tst_kvEditEndToEnd::databaseEventsWithHostCancellingWriteNothing()
                          bool &bCancel) { ++deletes; bCancel = true; });
     calendar.statements.clear();
 
-    runner.Enqueue(typeName(QStringLiteral("O'Brien")));
+    m_services->runner.Enqueue(typeName(QStringLiteral("O'Brien")));
     calendar.doubleClickRow(18, 1);
-    runner.Enqueue(typeName(QStringLiteral("Neu")));
+    m_services->runner.Enqueue(typeName(QStringLiteral("Neu")));
     calendar.doubleClick(calendar.cell(19), QPoint(40, 80));
-    runner.Enqueue(pressButton("cmdDelete"));
+    m_services->runner.Enqueue(pressButton("cmdDelete"));
     calendar.doubleClickRow(18, 1);
 
     QCOMPARE(changes, 1);
     QCOMPARE(news, 1);
     QCOMPARE(deletes, 1);
-    QCOMPARE(services.messageBox().CallCount(), 0);
+    QCOMPARE(m_services->messageBox().CallCount(), 0);
     QVERIFY2(calendar.statements.isEmpty(), qPrintable(calendar.statements.join(QLatin1Char('\n'))));
     QCOMPARE(calendar.names(), QStringList{QStringLiteral("Müller")});
     QCOMPARE(calendar.cell(18)->Entries(1)->Text(), QStringLiteral("Müller"));

@@ -1,17 +1,15 @@
-// Part 2.3: the edit flow (EditAppointment) with its host events, on SQLite.
+// The edit flow (EditAppointment) with its host events, on SQLite.
 // The end-to-end user stories on SQLite and MariaDB are in tst_kvEditEndToEnd.cpp.
 #include "ctlDay.h"
 #include "ctlEntry.h"
 #include "frmEdit.h"
 #include "kvAppointmentTable.h"
 #include "kvConnection.h"
-#include "kvControlTestServices.h"
 #include "kvEditCalendar.h"
 #include "kvFields.h"
 #include "kvKalivo.h"
 #include "kvMessageBox.h"
 #include "kvRecordset.h"
-#include "kvScriptedModalRunner.h"
 
 #include <QAction>
 #include <QLineEdit>
@@ -20,15 +18,21 @@
 #include <QToolBar>
 #include <QtTest>
 
+#include <optional>
+
 using Calendar = kvEditCalendar;
 
 class tst_kvEditFlow : public QObject
 {
     Q_OBJECT
 
+    std::optional<kvEditTestServices> m_services;
+
 private Q_SLOTS:
-    void deleteAllDayAsksWithBlankAndNoKeepsRowAndView();
-    void deleteTimedAsksWithTimeAndYesRemovesRow();
+    void init() { m_services.emplace(); }
+    void cleanup() { m_services.reset(); }
+    void deleteAsks_data();
+    void deleteAsks();
     void deleteWithDatabaseEventsRaisesDateDeleteWithoutAsking();
     void editEventReplacesEditorForNew();
     void deleteIsNotAffectedByEditEvent();
@@ -36,54 +40,50 @@ private Q_SLOTS:
     void hostChangesByReferenceValues();
     void toolbarNewUsesActualDate();
     void editorCancelWritesNothing();
-    void dateChangeArgumentsInSpecOrder();
+    void dateChangeCarriesTheEditorsValues();
     void failureOfGatheringReportsCode14();
     void fillGridEnablesEditorControlsFromColumns();
 };
 
-void tst_kvEditFlow::deleteAllDayAsksWithBlankAndNoKeepsRowAndView()
+// "Löschen..." asks with the row's time (blank for an all-day row); only "Ja" deletes, and
+// only then is the week reloaded.
+void tst_kvEditFlow::deleteAsks_data()
 {
-    kvControlTestServices services(fixedToday);
-    Calendar calendar;
-    calendar.add(at(18), at(18), QStringLiteral("Urlaub"));
-    calendar.reload();
-    QCOMPARE(calendar.cell(18)->EntriesCount(), 1);
-    calendar.rightClickRow(18, 1);
-    const int loads = calendar.dayLoads();
-    services.messageBox().EnqueueAnswer(kvMessageBox::vbNo);
-    calendar.chooseMenuItem(2);
-    QCOMPARE(services.messageBox().LastCall().prompt, QStringLiteral("Termin < Urlaub> löschen?"));
-    QCOMPARE(services.messageBox().LastCall().buttons, 35);
-    QCOMPARE(calendar.names(), QStringList{QStringLiteral("Urlaub")});
-    QCOMPARE(calendar.dayLoads(), loads); // no reload
-    QCOMPARE(calendar.cell(18)->EntriesCount(), 1);
+    QTest::addColumn<kvDate>("begin");
+    QTest::addColumn<int>("answer");
+    QTest::addColumn<QString>("prompt");
+    QTest::addColumn<int>("rowsLeft");
+    QTest::newRow("all day, No") << at(18) << int(kvMessageBox::vbNo) << "Termin < Urlaub> löschen?" << 2;
+    QTest::newRow("timed, Cancel") << at(18, 14, 30) << int(kvMessageBox::vbCancel)
+                                   << "Termin <14:30 Urlaub> löschen?" << 2;
+    QTest::newRow("timed, Yes") << at(18, 14, 30) << int(kvMessageBox::vbYes)
+                                << "Termin <14:30 Urlaub> löschen?" << 1;
 }
 
-void tst_kvEditFlow::deleteTimedAsksWithTimeAndYesRemovesRow()
+void tst_kvEditFlow::deleteAsks()
 {
-    kvControlTestServices services(fixedToday);
+    QFETCH(kvDate, begin);
+    QFETCH(int, answer);
+    QFETCH(QString, prompt);
+    QFETCH(int, rowsLeft);
     Calendar calendar;
-    calendar.add(at(18, 14, 30), at(18, 15, 30), QStringLiteral("Zahnarzt"));
+    calendar.add(begin, begin.addMinutes(60), QStringLiteral("Urlaub"));
     calendar.add(at(18, 16), at(18, 17), QStringLiteral("Friseur"));
     calendar.reload();
     calendar.rightClickRow(18, 1);
-    services.messageBox().EnqueueAnswer(kvMessageBox::vbYes);
+    const int loads = calendar.dayLoads();
+    m_services->messageBox().EnqueueAnswer(answer);
     calendar.chooseMenuItem(2);
-    QCOMPARE(services.messageBox().LastCall().prompt, QStringLiteral("Termin <14:30 Zahnarzt> löschen?"));
-    QCOMPARE(calendar.names(), QStringList{QStringLiteral("Friseur")});
-    QCOMPARE(calendar.cell(18)->EntriesCount(), 1);
-    QCOMPARE(calendar.cell(18)->Entries(1)->Text(), QStringLiteral("Friseur"));
-
-    // Cancel answers like No: row kept.
-    calendar.rightClickRow(18, 1);
-    services.messageBox().EnqueueAnswer(kvMessageBox::vbCancel);
-    calendar.chooseMenuItem(2);
-    QCOMPARE(calendar.names(), QStringList{QStringLiteral("Friseur")});
+    QCOMPARE(m_services->messageBox().LastCall().prompt, prompt);
+    QCOMPARE(m_services->messageBox().LastCall().buttons, 35);
+    QCOMPARE(calendar.names().size(), rowsLeft);
+    QCOMPARE(calendar.names().constLast(), QStringLiteral("Friseur"));
+    QCOMPARE(calendar.cell(18)->EntriesCount(), rowsLeft);
+    QCOMPARE(calendar.dayLoads() > loads, rowsLeft == 1);
 }
 
 void tst_kvEditFlow::deleteWithDatabaseEventsRaisesDateDeleteWithoutAsking()
 {
-    kvControlTestServices services(fixedToday);
     Calendar calendar;
     calendar.add(at(18), at(18), QStringLiteral("Urlaub"));
     calendar.reload();
@@ -101,11 +101,11 @@ void tst_kvEditFlow::deleteWithDatabaseEventsRaisesDateDeleteWithoutAsking()
                          QCOMPARE(bCancel, false);
                          bCancel = cancel;
                      });
-    const int calls = services.messageBox().CallCount();
+    const int calls = m_services->messageBox().CallCount();
     int loads = calendar.dayLoads();
     calendar.chooseMenuItem(2);
     QCOMPARE(raised, 1);
-    QCOMPARE(services.messageBox().CallCount(), calls); // no question
+    QCOMPARE(m_services->messageBox().CallCount(), calls); // no question
     QCOMPARE(calendar.names(), QStringList{QStringLiteral("Urlaub")}); // the control wrote nothing
     QCOMPARE(calendar.dayLoads(), loads); // cancelled: no reload
 
@@ -119,9 +119,6 @@ void tst_kvEditFlow::deleteWithDatabaseEventsRaisesDateDeleteWithoutAsking()
 
 void tst_kvEditFlow::editEventReplacesEditorForNew()
 {
-    kvControlTestServices services(fixedToday);
-    kvScriptedModalRunner runner;
-    kvScopedService installed(runner);
     Calendar calendar;
     calendar.control.setRaiseEditEvent(true);
     int raised = 0;
@@ -141,16 +138,13 @@ void tst_kvEditFlow::editEventReplacesEditorForNew()
     calendar.control.findChild<QToolBar *>(QStringLiteral("ToolbarMain"))
         ->findChild<QAction *>(QStringLiteral("New"))->trigger();
     QCOMPARE(raised, 1);
-    QCOMPARE(runner.ExecCount(), 0); // no editor
+    QCOMPARE(m_services->runner.ExecCount(), 0); // no editor
     QCOMPARE(calendar.writes(), 0); // the constructor's table has no rows added here
     QCOMPARE(calendar.dayLoads() - loads, 7); // not cancelled: reloaded
 }
 
 void tst_kvEditFlow::deleteIsNotAffectedByEditEvent()
 {
-    kvControlTestServices services(fixedToday);
-    kvScriptedModalRunner runner;
-    kvScopedService installed(runner);
     Calendar calendar;
     calendar.add(at(18, 14, 30), at(18, 15), QStringLiteral("Zahnarzt"));
     calendar.reload();
@@ -158,17 +152,16 @@ void tst_kvEditFlow::deleteIsNotAffectedByEditEvent()
     int raised = 0;
     QObject::connect(&calendar.control, &kvKalivo::Edit, [&] { ++raised; });
     calendar.rightClickRow(18, 1);
-    services.messageBox().EnqueueAnswer(kvMessageBox::vbYes);
+    m_services->messageBox().EnqueueAnswer(kvMessageBox::vbYes);
     calendar.chooseMenuItem(2);
     QCOMPARE(raised, 0);
-    QCOMPARE(services.messageBox().LastCall().prompt, QStringLiteral("Termin <14:30 Zahnarzt> löschen?"));
+    QCOMPARE(m_services->messageBox().LastCall().prompt, QStringLiteral("Termin <14:30 Zahnarzt> löschen?"));
     QVERIFY(calendar.names().isEmpty());
-    QCOMPARE(runner.ExecCount(), 0);
+    QCOMPARE(m_services->runner.ExecCount(), 0);
 }
 
 void tst_kvEditFlow::editEventCancelPreventsReload()
 {
-    kvControlTestServices services(fixedToday);
     Calendar calendar;
     calendar.add(at(18, 9), at(18, 10), QStringLiteral("Termin"));
     calendar.reload();
@@ -190,14 +183,11 @@ void tst_kvEditFlow::editEventCancelPreventsReload()
 
 void tst_kvEditFlow::hostChangesByReferenceValues()
 {
-    kvControlTestServices services(fixedToday);
-    kvScriptedModalRunner runner;
-    kvScopedService installed(runner);
     Calendar calendar;
     calendar.control.setRaiseDatabaseEvents(true);
     // The editor saves a new appointment; the host's DateNew sees the editor's values and the
     // test then writes the (changed) values itself, as a host would.
-    runner.Enqueue(typeName(QStringLiteral("Neu")));
+    m_services->runner.Enqueue(typeName(QStringLiteral("Neu")));
     QString seen;
     QObject::connect(&calendar.control, &kvKalivo::DateNew,
                      [&](QDateTime &begin, QDateTime &end, QString &name, QString &, QString &,
@@ -218,32 +208,26 @@ void tst_kvEditFlow::hostChangesByReferenceValues()
 
 void tst_kvEditFlow::toolbarNewUsesActualDate()
 {
-    kvControlTestServices services(fixedToday);
-    kvScriptedModalRunner runner;
-    kvScopedService installed(runner);
     Calendar calendar;
     calendar.control.setActualDate(QDate(2026, 11, 20));
-    runner.Enqueue(typeName(QStringLiteral("Neu")));
+    m_services->runner.Enqueue(typeName(QStringLiteral("Neu")));
     calendar.control.findChild<QToolBar *>(QStringLiteral("ToolbarMain"))
         ->findChild<QAction *>(QStringLiteral("New"))->trigger();
     QCOMPARE(calendar.names(), QStringList{QStringLiteral("Neu")});
     QCOMPARE(calendar.begins().constFirst().date(), QDate(2026, 11, 20));
     QCOMPARE(calendar.cell(20)->EntriesCount(), 1);
     // Menu item 0 "Neu..." as well.
-    runner.Enqueue(typeName(QStringLiteral("Zweiter")));
+    m_services->runner.Enqueue(typeName(QStringLiteral("Zweiter")));
     calendar.chooseMenuItem(0);
     QCOMPARE(calendar.names().size(), 2);
 }
 
 void tst_kvEditFlow::editorCancelWritesNothing()
 {
-    kvControlTestServices services(fixedToday);
-    kvScriptedModalRunner runner;
-    kvScopedService installed(runner);
     Calendar calendar;
     calendar.add(at(18, 10), at(18, 11), QStringLiteral("Müller"));
     calendar.reload();
-    runner.Enqueue([](QDialog &dialog) {
+    m_services->runner.Enqueue([](QDialog &dialog) {
         dialog.findChild<QLineEdit *>(QStringLiteral("txtName"))->setText(QStringLiteral("egal"));
         dialog.findChild<QPushButton *>(QStringLiteral("CancelButton"))->click();
         return int(QDialog::Rejected);
@@ -251,7 +235,7 @@ void tst_kvEditFlow::editorCancelWritesNothing()
     calendar.statements.clear();
     const int loads = calendar.dayLoads();
     calendar.doubleClickRow(18, 1);
-    QCOMPARE(runner.ExecCount(), 1);
+    QCOMPARE(m_services->runner.ExecCount(), 1);
     QCOMPARE(calendar.names(), QStringList{QStringLiteral("Müller")});
     QCOMPARE(calendar.writes(), 0);
     QCOMPARE(calendar.dayLoads(), loads); // action 0: nothing happens, not even a reload
@@ -259,16 +243,13 @@ void tst_kvEditFlow::editorCancelWritesNothing()
 
 
 
-void tst_kvEditFlow::dateChangeArgumentsInSpecOrder()
+void tst_kvEditFlow::dateChangeCarriesTheEditorsValues()
 {
-    kvControlTestServices services(fixedToday);
-    kvScriptedModalRunner runner;
-    kvScopedService installed(runner);
     Calendar calendar;
     calendar.add(at(18, 10), at(18, 11), QStringLiteral("Müller"));
     calendar.reload();
     calendar.control.setRaiseDatabaseEvents(true);
-    runner.Enqueue(typeName(QStringLiteral("Meier")));
+    m_services->runner.Enqueue(typeName(QStringLiteral("Meier")));
     QStringList seen;
     QObject::connect(&calendar.control, &kvKalivo::DateChange,
                      [&](qint32 &id, QDateTime &begin, QDateTime &end, QString &name, QString &remark,
@@ -287,19 +268,17 @@ void tst_kvEditFlow::dateChangeArgumentsInSpecOrder()
 
 void tst_kvEditFlow::failureOfGatheringReportsCode14()
 {
-    kvControlTestServices services(fixedToday);
     Calendar calendar;
     // No row in the selected day: reading the active entry fails at step 1.
     calendar.control.EditAppointment(3);
-    QCOMPARE(services.messageBox().CallCount(), 1);
-    QVERIFY2(services.messageBox().LastCall().prompt.startsWith(QStringLiteral("kvKalivo-Fehlercode 14\r\n")),
-             qPrintable(services.messageBox().LastCall().prompt));
-    QCOMPARE(services.messageBox().LastCall().title, QStringLiteral("kvKalivo.ocx"));
+    QCOMPARE(m_services->messageBox().CallCount(), 1);
+    QVERIFY2(m_services->messageBox().LastCall().prompt.startsWith(QStringLiteral("kvKalivo-Fehlercode 14\r\n")),
+             qPrintable(m_services->messageBox().LastCall().prompt));
+    QCOMPARE(m_services->messageBox().LastCall().title, QStringLiteral("kvKalivo.ocx"));
 }
 
 void tst_kvEditFlow::fillGridEnablesEditorControlsFromColumns()
 {
-    kvControlTestServices services(fixedToday);
     QTemporaryDir folder;
     kvConnection connection;
     connection.Open(QStringLiteral("Driver=SQLite3;Database=%1").arg(folder.filePath(QStringLiteral("t.db"))));

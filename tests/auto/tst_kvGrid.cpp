@@ -1,20 +1,15 @@
-// Part 3.1: the week and month grid.
+// The week and month grid: geometry, the days shown, their headers and their rows.
 #include "ctlDay.h"
 #include "ctlEntry.h"
 #include "ctlKW.h"
-#include "kvAppointmentTable.h"
-#include "kvConnection.h"
 #include "kvFaultInjection.h"
 #include "kvGridGeometry.h"
 #include "kvControlTestServices.h"
 #include "kvKalivo.h"
 #include "kvKalivoTestAccess.h"
 #include "kvTestCalendar.h"
-#include "kvRecordset.h"
-#include "kvTestSupport.h"
 
 #include <QLabel>
-#include <QTemporaryDir>
 #include <QtTest>
 
 namespace {
@@ -70,33 +65,48 @@ private slots:
         kvFaultInjection::Disarm();
     }
 
-    // --- Geometry ------------------------------------------------------------------------
-
-    void cellWidthRoundsHalfToEven_data()
+    // (W - 2 x margin - gaps - week column) / columns, rounded half to even; one-pixel gaps;
+    // the last column ends at the margin.
+    void cellWidth_data()
     {
         QTest::addColumn<int>("scaleWidth");
         QTest::addColumn<int>("columns");
+        QTest::addColumn<int>("borderStyle");
+        QTest::addColumn<bool>("weeksVisible");
         QTest::addColumn<int>("cellWidth");
-        // (W - 2 - 5 - 15) / 6 and (W - 2 - 6 - 15) / 7
-        QTest::newRow("6 columns, exact") << 622 << 1 << 100;
-        QTest::newRow("6 columns, .5 to even (down)") << 625 << 1 << 100; // 100.5
-        QTest::newRow("6 columns, .5 to even (up)") << 631 << 1 << 102;   // 101.5
-        QTest::newRow("7 columns, exact") << 723 << 2 << 100;
+        QTest::addColumn<int>("firstLeft");
+        QTest::newRow("6 columns, exact") << 622 << 1 << 0 << true << 100 << 16;
+        QTest::newRow("6 columns, .5 to even (down)") << 625 << 1 << 0 << true << 100 << 16;
+        QTest::newRow("6 columns, .5 to even (up)") << 631 << 1 << 0 << true << 102 << 16;
+        QTest::newRow("7 columns, exact") << 723 << 2 << 0 << true << 100 << 16;
+        QTest::newRow("border, no week column") << 707 << 1 << 1 << false << 117 << 0;
     }
-    void cellWidthRoundsHalfToEven()
+    void cellWidth()
     {
         QFETCH(int, scaleWidth);
         QFETCH(int, columns);
+        QFETCH(int, borderStyle);
+        QFETCH(bool, weeksVisible);
         QFETCH(int, cellWidth);
+        QFETCH(int, firstLeft);
         kvGridGeometry::Input input;
         input.scaleWidth = scaleWidth;
         input.captionTop = 30;
         input.statusBarTop = 500;
         input.weekendColumns = columns;
-        QCOMPARE(kvGridGeometry(input).cellWidth(), cellWidth);
+        input.borderStyle = borderStyle;
+        input.weeksVisible = weeksVisible;
+        input.view = 2;
+        const kvGridGeometry geometry(input);
+        QCOMPARE(geometry.cellWidth(), cellWidth);
+        QCOMPARE(geometry.cells().at(0).left(), firstLeft);
+        QCOMPARE(geometry.cells().at(1).left(), geometry.cells().at(0).right() + 2);
+        QCOMPARE(geometry.cells().at(7).top(), geometry.cells().at(0).bottom() + 2);
+        if (columns == 2)
+            QCOMPARE(geometry.cells().at(6).right(), scaleWidth - geometry.margin() - 1);
     }
 
-    // Edge case: with one weekend column a cell height of 101 gives Saturday and Sunday 50
+    // With one weekend column a cell height of 101 gives Saturday and Sunday 50
     // pixels each; a cell height of 100 gives Saturday 50 and Sunday 49.
     void saturdayAboveSunday_data()
     {
@@ -129,63 +139,48 @@ private slots:
         QCOMPARE(sundayCell.top() + sundayCell.height() - saturdayCell.top(), cellHeight);
     }
 
-    void cellsHaveOnePixelGapsAndTheLastColumnReachesTheEdge()
+    // The week from its Monday; the month from the Monday on or before its 1st, for 42 days.
+    void daysShown_data()
     {
-        kvGridGeometry::Input input;
-        input.scaleWidth = 1000;
-        input.captionTop = 30;
-        input.statusBarTop = 700;
-        input.weekendColumns = 2;
-        input.view = 2;
-        const kvGridGeometry geometry(input);
-        QCOMPARE(geometry.cells().size(), 42);
-        QCOMPARE(geometry.margin(), 1);
-        QCOMPARE(geometry.cells().at(0).left(), 1 + 15);
-        QCOMPARE(geometry.cells().at(1).left(), geometry.cells().at(0).right() + 2);
-        QCOMPARE(geometry.cells().at(7).top(), geometry.cells().at(0).bottom() + 2);
-        QCOMPARE(geometry.cells().at(6).right(), 1000 - 1 - 1); // ScaleWidth - margin
-        // (700 - 48 - 2 - 5) / 6 = 107.5 -> 108 (even)
-        QCOMPARE(geometry.cellHeight(), 108);
+        QTest::addColumn<int>("view");
+        QTest::addColumn<int>("weekendColumns");
+        QTest::addColumn<QDate>("date");
+        QTest::addColumn<QDate>("first");
+        QTest::addColumn<QDate>("last");
+        QTest::addColumn<QStringList>("weekdays");
+        const QStringList workdays{"Montag", "Dienstag", "Mittwoch", "Donnerstag", "Freitag"};
+        QTest::newRow("week, one weekend column") << 1 << 1 << QDate(2026, 11, 18) << QDate(2026, 11, 16)
+                                                  << QDate(2026, 11, 22) << workdays + QStringList{"Sa-So"};
+        QTest::newRow("week, two") << 1 << 2 << QDate(2026, 11, 18) << QDate(2026, 11, 16) << QDate(2026, 11, 22)
+                                   << workdays + QStringList{"Samstag", "Sonntag"};
+        QTest::newRow("June 2026 from Monday the 1st") << 2 << 1 << QDate(2026, 6, 17) << QDate(2026, 6, 1)
+                                                       << QDate(2026, 7, 12) << workdays + QStringList{"Sa-So"};
+        QTest::newRow("December 2025 (31 days)") << 2 << 1 << QDate(2025, 12, 24) << QDate(2025, 12, 1)
+                                                 << QDate(2026, 1, 11) << workdays + QStringList{"Sa-So"};
     }
-
-    void fixedSingleBorderHasNoMarginAndHiddenWeeksNoColumn()
+    void daysShown()
     {
-        kvGridGeometry::Input input;
-        input.scaleWidth = 707;
-        input.captionTop = 30;
-        input.statusBarTop = 500;
-        input.borderStyle = 1;
-        input.weeksVisible = false;
-        const kvGridGeometry geometry(input);
-        QCOMPARE(geometry.margin(), 0);
-        QCOMPARE(geometry.weekColumnWidth(), 0);
-        QCOMPARE(geometry.cells().at(0).left(), 0);
-        QCOMPARE(geometry.cellWidth(), 117); // (707 - 5) / 6
-    }
-
-    // --- The control's grid ---------------------------------------------------------------
-
-    void weekViewShowsSevenCellsFromMonday()
-    {
+        QFETCH(int, view);
+        QFETCH(int, weekendColumns);
+        QFETCH(QDate, date);
+        QFETCH(QDate, first);
+        QFETCH(QDate, last);
+        QFETCH(QStringList, weekdays);
         Calendar calendar;
-        calendar.control.setActualDate(QDate(2026, 11, 18));
-        QCOMPARE(kvKalivoTestAccess::DayCellCount(calendar.control), 7);
-        QCOMPARE(kvKalivoTestAccess::DayCell(calendar.control, 1)->datDay().date(), QDate(2026, 11, 16));
-        QCOMPARE(kvKalivoTestAccess::DayCell(calendar.control, 7)->datDay().date(), QDate(2026, 11, 22));
-        QCOMPARE(calendar.control.findChild<QLabel *>(QStringLiteral("lblWeekDay1"))->text(),
-                 QStringLiteral("Montag"));
-        QCOMPARE(calendar.control.findChild<QLabel *>(QStringLiteral("lblWeekDay5"))->text(),
-                 QStringLiteral("Freitag"));
-        QCOMPARE(calendar.control.findChild<QLabel *>(QStringLiteral("lblWeekDay6"))->text(),
-                 QStringLiteral("Sa-So"));
-        calendar.control.setWeekendColumns(kvKalivo::kvTwo);
-        QCOMPARE(calendar.control.findChild<QLabel *>(QStringLiteral("lblWeekDay6"))->text(),
-                 QStringLiteral("Samstag"));
-        QCOMPARE(calendar.control.findChild<QLabel *>(QStringLiteral("lblWeekDay7"))->text(),
-                 QStringLiteral("Sonntag"));
+        calendar.control.setView(kvKalivo::kvView(view));
+        calendar.control.setWeekendColumns(kvKalivo::enWeekendColumns(weekendColumns));
+        calendar.control.setActualDate(date);
+        const int count = kvKalivoTestAccess::DayCellCount(calendar.control);
+        QCOMPARE(count, view == 1 ? 7 : 42);
+        QCOMPARE(kvKalivoTestAccess::DayCell(calendar.control, 1)->datDay().date(), first);
+        QCOMPARE(kvKalivoTestAccess::DayCell(calendar.control, count)->datDay().date(), last);
+        QStringList captions;
+        for (int column = 1; column <= weekdays.size(); ++column)
+            captions << calendar.control.findChild<QLabel *>(QStringLiteral("lblWeekDay%1").arg(column))->text();
+        QCOMPARE(captions, weekdays);
     }
 
-    // Edge case: in month view with kvOne, every seventh cell is a Sunday in the lower part of
+    // In month view with kvOne, every seventh cell is a Sunday in the lower part of
     // the weekend column.
     void everySeventhCellIsTheSundayBelowTheSaturday()
     {
@@ -200,26 +195,6 @@ private slots:
             QCOMPARE(sunday->x(), saturday->x());
             QCOMPARE(sunday->y(), saturday->geometry().bottom() + 2);
         }
-    }
-
-    // Edge case: a month that begins on a Monday starts the grid on its 1st; the 42 days then
-    // end on the 11th or 12th of the following month.
-    void monthBeginningOnAMonday_data()
-    {
-        QTest::addColumn<QDate>("date");
-        QTest::addColumn<QDate>("last");
-        QTest::newRow("June 2026 (30 days)") << QDate(2026, 6, 17) << QDate(2026, 7, 12);
-        QTest::newRow("December 2025 (31 days)") << QDate(2025, 12, 24) << QDate(2026, 1, 11);
-    }
-    void monthBeginningOnAMonday()
-    {
-        QFETCH(QDate, date);
-        QFETCH(QDate, last);
-        Calendar calendar;
-        calendar.control.setView(kvKalivo::kvMonth);
-        calendar.control.setActualDate(date);
-        QCOMPARE(kvKalivoTestAccess::DayCell(calendar.control, 1)->datDay().date(), QDate(date.year(), date.month(), 1));
-        QCOMPARE(kvKalivoTestAccess::DayCell(calendar.control, 42)->datDay().date(), last);
     }
 
     void weekColumnShowsTheIsoWeeks()
@@ -344,45 +319,6 @@ private slots:
         m_services->messageBox().Clear();
     }
 
-    // --- Screenshots --------------------------------------------------------------------------
-
-    void screenshots_data()
-    {
-        QTest::addColumn<QSize>("size");
-        QTest::addColumn<int>("view");
-        QTest::addColumn<int>("weekendColumns");
-        QTest::addColumn<bool>("weeksVisible");
-        QTest::newRow("week-1280x800") << QSize(1280, 800) << 1 << 1 << true;
-        QTest::newRow("month-1280x800") << QSize(1280, 800) << 2 << 1 << true;
-        QTest::newRow("month-1280x800-two-weekend-columns") << QSize(1280, 800) << 2 << 2 << true;
-        QTest::newRow("week-640x480-no-weeks") << QSize(640, 480) << 1 << 2 << false;
-        QTest::newRow("month-640x480") << QSize(640, 480) << 2 << 1 << true;
-        QTest::newRow("month-400x300") << QSize(400, 300) << 2 << 1 << true;
-    }
-    void screenshots()
-    {
-        QFETCH(QSize, size);
-        QFETCH(int, view);
-        QFETCH(int, weekendColumns);
-        QFETCH(bool, weeksVisible);
-        Calendar calendar(size);
-        calendar.add(at(2026, 11, 16, 8), at(2026, 11, 16, 9), QStringLiteral("Frühstück mit Anna"), 31);
-        calendar.add(at(2026, 11, 16, 10), at(2026, 11, 16, 11), QStringLiteral("Teambesprechung Projekt Nordlicht"), 11);
-        calendar.add(at(2026, 11, 18), at(2026, 11, 21), QStringLiteral("Urlaub Mallorca"), 41);
-        calendar.add(at(2026, 11, 20, 14, 30), at(2026, 11, 20, 15), QStringLiteral("Zahnarzt Dr. Weber"));
-        calendar.add(at(2026, 11, 25, 19), at(2026, 11, 25, 21), QStringLiteral("Elternabend"));
-        calendar.add(at(2026, 11, 2, 9), at(2026, 11, 2, 17), QStringLiteral("Schulung Excel"));
-        calendar.control.setPublicHoliday(true);
-        calendar.control.setWeekendColumns(kvKalivo::enWeekendColumns(weekendColumns));
-        calendar.control.setWeeksVisible(weeksVisible);
-        calendar.control.setView(kvKalivo::kvView(view));
-        calendar.control.setActualDate(QDate(2026, 11, 20));
-        QApplication::processEvents();
-        const QImage image = calendar.control.grab().toImage();
-        QVERIFY(image.save(QStringLiteral("%1/kvGrid-%2.png").arg(galleryFolder(), QString::fromLatin1(QTest::currentDataTag()))));
-        for (int index = 1; index <= kvKalivoTestAccess::DayCellCount(calendar.control); ++index)
-            QVERIFY(calendar.control.rect().contains(kvKalivoTestAccess::DayCell(calendar.control, index)->geometry()));
-    }
 };
 
 QTEST_MAIN(tst_kvGrid)

@@ -1,10 +1,7 @@
 // The grid without a mouse: Tab order, keys, focus frames, and what a screen reader is told.
 #include "ctlDay.h"
 #include "ctlEntry.h"
-#include "kvControlTestServices.h"
 #include "kvEditCalendar.h"
-#include "kvScopedService.h"
-#include "kvScriptedModalRunner.h"
 
 #include <QAccessible>
 #include <QAction>
@@ -14,6 +11,8 @@
 #include <QToolBar>
 #include <QToolButton>
 #include <QtTest>
+
+#include <optional>
 
 namespace {
 
@@ -73,7 +72,11 @@ class tst_kvKeyboard : public QObject
 {
     Q_OBJECT
 
+    std::optional<kvEditTestServices> m_services;
+
 private Q_SLOTS:
+    void init() { m_services.emplace(); }
+    void cleanup() { m_services.reset(); }
     void tabReachesToolbarPickerAndGrid();
     void keysMoveTheSelection_data();
     void keysMoveTheSelection();
@@ -89,7 +92,6 @@ private Q_SLOTS:
 // Tab: the toolbar's buttons, the date picker, then the grid at the selected day, in one step.
 void tst_kvKeyboard::tabReachesToolbarPickerAndGrid()
 {
-    kvControlTestServices services(fixedToday);
     Calendar calendar;
     QCOMPARE(calendar.focusedCell(), calendar.cell(18));
     QStringList order;
@@ -130,7 +132,6 @@ void tst_kvKeyboard::keysMoveTheSelection()
     QFETCH(QDate, day);
     QFETCH(int, row);
     QFETCH(QString, week);
-    kvControlTestServices services(fixedToday);
     Calendar calendar;
     calendar.press(keys);
     ctlDay *cell = calendar.focusedCell();
@@ -166,13 +167,10 @@ void tst_kvKeyboard::enterAndDeleteActOnTheSelection()
     QFETCH(QString, editorTitle);
     QFETCH(QString, editorName);
     QFETCH(QString, question);
-    kvControlTestServices services(fixedToday);
-    services.messageBox().EnqueueAnswer(kvMessageBox::vbNo);
-    kvScriptedModalRunner runner;
-    kvScopedService installed(runner);
+    m_services->messageBox().EnqueueAnswer(kvMessageBox::vbNo);
     QString title;
     QString name;
-    runner.Enqueue([&](QDialog &editor) {
+    m_services->runner.Enqueue([&](QDialog &editor) {
         title = editor.windowTitle();
         name = editor.findChild<QLineEdit *>(QStringLiteral("txtName"))->text();
         return pressButton("CancelButton")(editor);
@@ -184,10 +182,10 @@ void tst_kvKeyboard::enterAndDeleteActOnTheSelection()
     calendar.press({keys.constLast()});
     QCOMPARE(title, editorTitle);
     QCOMPARE(name, editorName);
-    QCOMPARE(services.messageBox().LastCall().prompt, question);
+    QCOMPARE(m_services->messageBox().LastCall().prompt, question);
     QCOMPARE(calendar.writes(), 0);
     QCOMPARE(calendar.focusedCell()->FocusEntryIndex(), selected);
-    runner.Clear();
+    m_services->runner.Clear();
 }
 
 void tst_kvKeyboard::menuKeyOpensTheContextMenuAtTheSelection_data()
@@ -203,7 +201,6 @@ void tst_kvKeyboard::menuKeyOpensTheContextMenuAtTheSelection()
 {
     QFETCH(QList<int>, keys);
     QFETCH(int, row);
-    kvControlTestServices services(fixedToday);
     Calendar calendar;
     calendar.press(keys);
     QTRY_VERIFY(calendar.menu()->isVisible());
@@ -221,7 +218,6 @@ void tst_kvKeyboard::menuKeyOpensTheContextMenuAtTheSelection()
 // selected row, which has the accessible focus; both gone with the focus.
 void tst_kvKeyboard::theSelectionIsFramedAndFocused()
 {
-    kvControlTestServices services(fixedToday);
     Calendar calendar;
     calendar.press({Qt::Key_Down});
     const QColor highlight = calendar.cell(18)->palette().color(QPalette::Highlight);
@@ -260,7 +256,6 @@ void tst_kvKeyboard::screenReaderNamesDaysRowsAndButtons()
     QFETCH(int, day);
     QFETCH(QString, name);
     QFETCH(QStringList, rows);
-    kvControlTestServices services(fixedToday);
     Calendar calendar;
     QAccessibleInterface *cell = QAccessible::queryAccessibleInterface(calendar.cell(day));
     QVERIFY(cell);

@@ -1,4 +1,5 @@
-// Part 1.2: view navigation and commands.
+// Moving through the calendar: steps, today, the date picker, the view switch, printing and
+// the jumps to the next and previous appointment.
 #include "ctlDay.h"
 #include "ctlEntry.h"
 #include "kvAppointmentTable.h"
@@ -62,47 +63,49 @@ private slots:
         m_services->messageBox().Clear();
     }
 
-    void contextMenuItems()
+    // A step moves ActualDate by a week, or by a month clamped to the month's end.
+    void steps_data()
     {
-        Calendar calendar;
-        const QMenu *menu = calendar.control.findChild<QMenu *>(QStringLiteral("Kontextmenü"));
-        QVERIFY(menu);
-        QCOMPARE(menu->title(), QStringLiteral("Kontext"));
-        // A separator ("-") is a line without a caption.
-        const QStringList captions{"Neu...", "Bearbeiten...", "Löschen...", "Vor", "Zurück", "",
-                                   "Wochenansicht", "", "Drucken"};
-        for (int index = 0; index < captions.size(); ++index) {
-            const QAction *item = calendar.control.findChild<QAction *>(QStringLiteral("KontextDay%1").arg(index));
-            QCOMPARE(item->text(), captions.at(index));
-            QCOMPARE(item->isSeparator(), captions.at(index).isEmpty());
-        }
+        QTest::addColumn<int>("view");
+        QTest::addColumn<QDate>("from");
+        QTest::addColumn<QString>("command");
+        QTest::addColumn<QDate>("to");
+        QTest::addColumn<QDate>("firstCell");
+        QTest::addColumn<QString>("week");
+        QTest::newRow("month Forward to a shorter month") << 2 << QDate(2024, 1, 31) << "Forward"
+                                                          << QDate(2024, 2, 29) << QDate(2024, 1, 29) << "9. KW";
+        QTest::newRow("month Back") << 2 << QDate(2024, 2, 29) << "Back" << QDate(2024, 1, 29)
+                                    << QDate(2024, 1, 1) << "5. KW";
+        QTest::newRow("week Forward across the year") << 1 << QDate(2025, 12, 29) << "Forward"
+                                                      << QDate(2026, 1, 5) << QDate(2026, 1, 5) << "2. KW";
+        QTest::newRow("menu \"Zurück\"") << 1 << QDate(2026, 1, 5) << "4" << QDate(2025, 12, 29)
+                                          << QDate(2025, 12, 29) << "1. KW";
+        QTest::newRow("menu \"Vor\"") << 1 << QDate(2025, 12, 29) << "3" << QDate(2026, 1, 5)
+                                       << QDate(2026, 1, 5) << "2. KW";
+        // The picker runs the range check alone: the status bar keeps the week it had.
+        QTest::newRow("date picker") << 1 << QDate(2026, 11, 18) << "picker" << QDate(2026, 12, 24)
+                                     << QDate(2026, 12, 21) << "47. KW";
     }
-
-    // Edge case: in the month view, "Forward" from 31 January 2024 gives 29 February 2024.
-    void forwardInTheMonthViewClampsToTheMonthsEnd()
+    void steps()
     {
+        QFETCH(int, view);
+        QFETCH(QDate, from);
+        QFETCH(QString, command);
+        QFETCH(QDate, to);
+        QFETCH(QDate, firstCell);
+        QFETCH(QString, week);
         Calendar calendar;
-        calendar.control.setView(kvKalivo::kvMonth);
-        calendar.control.setActualDate(QDate(2024, 1, 31));
-        calendar.press("Forward");
-        QCOMPARE(calendar.control.ActualDate(), QDate(2024, 2, 29));
-        QCOMPARE(kvKalivoTestAccess::DayCell(calendar.control, 1)->datDay().date(), QDate(2024, 1, 29));
-        calendar.press("Back");
-        QCOMPARE(calendar.control.ActualDate(), QDate(2024, 1, 29));
-        QCOMPARE(calendar.status(), QStringLiteral("5. KW"));
-    }
-
-    void weekViewStepsBySevenDays()
-    {
-        Calendar calendar;
-        calendar.control.setActualDate(QDate(2025, 12, 29));
-        calendar.press("Forward");
-        QCOMPARE(calendar.control.ActualDate(), QDate(2026, 1, 5));
-        QCOMPARE(calendar.status(), QStringLiteral("2. KW"));
-        calendar.chooseMenuItem(4); // "Zurück"
-        QCOMPARE(calendar.control.ActualDate(), QDate(2025, 12, 29));
-        calendar.chooseMenuItem(3); // "Vor"
-        QCOMPARE(calendar.control.ActualDate(), QDate(2026, 1, 5));
+        calendar.control.setView(kvKalivo::kvView(view));
+        calendar.control.setActualDate(from);
+        if (command == QLatin1String("picker"))
+            calendar.control.findChild<QDateEdit *>(QStringLiteral("DTPicker1"))->setDate(to);
+        else if (command.size() == 1)
+            calendar.chooseMenuItem(command.toInt());
+        else
+            calendar.press(qPrintable(command));
+        QCOMPARE(calendar.control.ActualDate(), to);
+        QCOMPARE(kvKalivoTestAccess::DayCell(calendar.control, 1)->datDay().date(), firstCell);
+        QCOMPARE(calendar.status(), week);
     }
 
     void steppingWithoutAutoRefreshReloads()
@@ -117,7 +120,7 @@ private slots:
         QCOMPARE(calendar.dayLoads(), 7);
     }
 
-    // Edge case: "Today" while today's date is already visible only moves the marking; no cell
+    // "Today" while today's date is already visible only moves the marking; no cell
     // is cleared. "Today" never updates the status bar's week number.
     void todayWhileVisibleOnlyMovesTheMarking()
     {
@@ -154,16 +157,7 @@ private slots:
         QCOMPARE(calendar.control.findChild<QDateEdit *>(QStringLiteral("DTPicker1"))->date(), fixedToday);
     }
 
-    void datePickerRunsTheRangeCheck()
-    {
-        Calendar calendar;
-        calendar.control.setActualDate(QDate(2026, 11, 18));
-        calendar.control.findChild<QDateEdit *>(QStringLiteral("DTPicker1"))->setDate(QDate(2026, 12, 24));
-        QCOMPARE(calendar.control.ActualDate(), QDate(2026, 12, 24));
-        QCOMPARE(kvKalivoTestAccess::DayCell(calendar.control, 1)->datDay().date(), QDate(2026, 12, 21));
-    }
-
-    // Edge case: switching view with "Week"/"Month" re-arranges the grid even when AutoRefresh
+    // Switching view with "Week"/"Month" re-arranges the grid even when AutoRefresh
     // is False.
     void viewButtonsRearrangeWithoutAutoRefresh()
     {
@@ -188,7 +182,7 @@ private slots:
         QCOMPARE(item->text(), QStringLiteral("Monatsansicht"));
     }
 
-    // Edge case: the toolbar's "Print" asks first; the context menu's "Drucken" prints at once.
+    // The toolbar's "Print" asks first; the context menu's "Drucken" prints at once.
     void toolbarPrintAsksAndMenuPrintDoesNot()
     {
         Calendar calendar;

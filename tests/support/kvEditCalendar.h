@@ -2,6 +2,8 @@
 
 #include "ctlDay.h"
 #include "ctlEntry.h"
+#include "kvControlTestServices.h"
+#include "kvScopedService.h"
 #include "kvScriptedModalRunner.h"
 #include "kvTestCalendar.h"
 #include "kvKalivoTestAccess.h"
@@ -70,6 +72,19 @@ struct kvEditCalendar : kvTestCalendar
     }
 
     void reload() { control.Refresh(); }
+};
+
+//! The services of an edit-flow test: the fixed clock of fixedToday, the scripted message box
+//! and a scripted runner for the editor's sessions.
+struct kvEditTestServices : kvControlTestServices
+{
+    kvEditTestServices()
+        : kvControlTestServices(fixedToday)
+        , installedRunner(runner)
+    {
+    }
+    kvScriptedModalRunner runner;
+    kvScopedService<kvScriptedModalRunner> installedRunner;
 };
 
 //! An editor session that types \a name into "txtName" and presses OK.

@@ -103,7 +103,7 @@ struct kvTestCalendar
         control.findChild<QAction *>(QStringLiteral("KontextDay%1").arg(index))->trigger();
     }
 
-    //! How many day loads (Part 2.2's per-day query) the control sent.
+    //! How many day loads (the per-day query) the control sent.
     int dayLoads() const
     {
         const QString dayOrder = QStringLiteral("ORDER BY %1.DateBegin").arg(table);
