@@ -2,7 +2,7 @@
 
 #include "ctlDayAccessible.h"
 #include "kvErrorReporting.h"
-#include "kvFaultInjection.h"
+#include "kvFaultSite.h"
 #include "kvFormat.h"
 #include "kvIconCatalogue.h"
 #include "kvInt16.h"
@@ -100,7 +100,7 @@ ctlDay::ctlDay(QWidget *parent)
 ctlDay::~ctlDay()
 {
     reportFailures(TerminationFailureCode, [this] {
-        kvFaultInjection::Visit("ctlDay.Terminate", 0);
+        KV_FAULT_SITE("ctlDay.Terminate", 0);
         ReleaseCapture();
         UnloadRows();
     });
@@ -169,7 +169,7 @@ void ctlDay::AddDate(qint32 dateId, const kvDate &dateBegin, const kvDate &dateE
                      qint16 imgId, uint backColor, uint foreColor)
 {
     reportFailures(FailureCode, [&] {
-        kvFaultInjection::Visit("ctlDay.AddDate", 0);
+        KV_FAULT_SITE("ctlDay.AddDate", 0);
         SyncLayout();
         m_lastRowIndex = kvInt16::add(m_lastRowIndex, 1);
         if (m_lastRowIndex == m_reservedRowIndex)

@@ -12,7 +12,7 @@
 #include "kvControlArray.h"
 #include "kvDayCellFiller.h"
 #include "kvErrorReporting.h"
-#include "kvFaultInjection.h"
+#include "kvFaultSite.h"
 #include "kvFormat.h"
 #include "kvKalivo_p.h"
 #include "kvPlatform.h"
@@ -67,7 +67,7 @@ void kvDayGrid::ArrangeGridStages(qint16 &step)
 {
     auto stage = [&step](qint16 number) {
         step = number;
-        kvFaultInjection::Visit("ArrangeGrid", number);
+        KV_FAULT_SITE("ArrangeGrid", number);
     };
     stage(0);
     d.interaction->HideToolTip();
@@ -245,7 +245,7 @@ void kvDayGrid::FillGridStages(qint16 &step, QString &pendingCode)
 {
     auto stage = [&step](qint16 number) {
         step = number;
-        kvFaultInjection::Visit("FillGrid", number);
+        KV_FAULT_SITE("FillGrid", number);
     };
     stage(0);
     const int cellCount = DayCellCount();

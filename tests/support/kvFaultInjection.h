@@ -1,7 +1,5 @@
 #pragma once
 
-#include "kvkalivo_export.h"
-
 #include <QString>
 
 /*!
@@ -13,15 +11,15 @@
     \brief Makes a named stage of a routine fail on purpose, so that tests can reach the
     error paths (step codes) that real engines and widgets rarely take.
 
-    Routines call Visit(site, stage) at each stage; it costs one comparison while nothing is
-    armed. A test arms one site and stage on its thread; the next visit throws a
-    kvRuntimeError with the given description and disarms.
+    The library marks its stages with KV_FAULT_SITE (kvFaultSite.h). A test arms one site and
+    stage on its thread; the next visit of that stage throws a kvRuntimeError with the given
+    description and disarms.
 */
-class KVKALIVO_TESTS_EXPORT kvFaultInjection
+class kvFaultInjection
 {
 public:
     /*!
-        The next Visit() of \a site at \a stage on this thread throws kvRuntimeError 5 with
+        The next visit of \a site at \a stage on this thread throws kvRuntimeError 5 with
         \a description. The sites are "ArrangeGrid" and "FillGrid" (stage = the step in the
         routine's step code), "ctlDay.AddDate" and "ctlDay.Terminate" (stage 0). Replaces an
         armed fault.
@@ -29,6 +27,4 @@ public:
     static void Arm(const QString &site, int stage, const QString &description);
     //! Removes the armed fault of this thread, if any.
     static void Disarm();
-    //! Called by the routines at each stage: throws (and disarms) when this stage is armed.
-    static void Visit(const char *site, int stage);
 };
