@@ -1,7 +1,5 @@
 #pragma once
 
-#include "kvDataSource.h"
-#include "kvDatabaseError.h"
 #include "kvkalivo_export.h"
 
 #include <QObject>
@@ -9,8 +7,10 @@
 #include <QString>
 #include <QVariantList>
 
-class QSqlError;
-class QSqlQuery;
+#include <memory>
+
+class kvConnectionPrivate;
+class kvDataSource;
 
 /*!
     \file kvConnection.h
@@ -82,7 +82,7 @@ public:
     //! The Provider element as written; "MSDASQL" for ODBC-style strings, "SQLite3" for SQLite.
     QString Provider() const;
     //! The connection string as given; see the #ConnectionString property.
-    QString ConnectionString() const { return m_connectionString; }
+    QString ConnectionString() const;
     //! Throws 3705 while the connection is open, as ADO does.
     void setConnectionString(const QString &connectionString);
     //! adStateOpen (1) while open, else adStateClosed (0).
@@ -104,11 +104,21 @@ public:
     void Execute(const QString &sql, const QVariantList &boundValues);
 
     //! The Qt SQL connection underneath (the host's own one for Wrap()).
-    QSqlDatabase Database() const { return m_database; }
-    //! The engine of the connection string or of the wrapped driver.
-    kvDataSource::Engine engine() const { return m_source.engine(); }
+    QSqlDatabase Database() const;
+    //! What the connection string or the wrapped driver says about the engine and its settings.
+    const kvDataSource &dataSource() const;
+    /*!
+        The engine of the connection string or of the wrapped driver, a kvDataSource::Engine.
+        A template only so that this header needs no kvDataSource definition: callers include
+        kvDataSource.h.
+    */
+    template <typename DataSource = kvDataSource>
+    typename DataSource::Engine engine() const
+    {
+        return static_cast<const DataSource &>(dataSource()).engine();
+    }
     //! True for a connection made by Wrap().
-    bool isWrapped() const { return m_wrapped; }
+    bool isWrapped() const;
 
 signals:
     //! Emitted with every SQL text just before it runs, bound values as "?" (for logging and tests).
@@ -117,33 +127,6 @@ signals:
     void Closing();
 
 private:
-    friend class kvCommand;
-    friend class kvRecordset;
-
-    //! Runs \a sql, reopening a lost connection first, and a read once more when it is lost.
-    QSqlQuery Run(const QString &sql, const QVariantList &boundValues);
-    //! Traces, prepares, binds and runs \a sql; throws the engine's error as a kvDatabaseError.
-    QSqlQuery RunOnce(const QString &sql, const QVariantList &boundValues);
-    kvDatabaseError StatementFailure(const QSqlError &error, qint64 waitedMilliseconds) const;
-    //! Closes and opens the connection again; throws the engine's message when it cannot.
-    void Reopen();
-    //! A server engine, whose lost connection a reopen can heal (not a file).
-    bool IsServer() const;
-    //! Whether \a sql only reads (a SELECT), so that running it twice changes nothing.
-    static bool IsRead(const QString &sql);
-    static int RecordsAffected(const QSqlQuery &query);
-    QVariant DriverValue(const QVariant &value) const;
-    void RequireOpen() const;
-    void OpenOwn(const kvDataSource &source);
-    void OpenWrapped();
-    QString OpenFailureContext(const kvDataSource &source) const;
-    void ReleaseDatabase();
-
-    kvDataSource m_source;
-    QString m_connectionString;
-    QString m_connectionName;    // our own QSqlDatabase connection; empty when none or wrapped
-    QSqlDatabase m_database;
-    bool m_wrapped = false;
-    bool m_open = false;
-    bool m_reopenNeeded = false;   // the server went away: the next statement reopens first
+    friend class kvConnectionPrivate;
+    std::unique_ptr<kvConnectionPrivate> const d;
 };
