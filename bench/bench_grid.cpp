@@ -505,7 +505,7 @@ std::vector<kvSqlStatement> gridStatements(kvConnection &connection, const Windo
         return statements;
     }
     const kvDate first = kvDate::fromDate(grid.first);
-    const kvTableName table = kvTableName::Parse(TableName, connection.engine());
+    const kvTableName table = kvTableName::Parse(TableName, kvDataSource::Of(connection).engine());
     const bool bounded = mode == QueryMode::Store || mode == QueryMode::Raw;
     kvDate floor = first;
     if (bounded) {
@@ -594,7 +594,7 @@ void printQueryPlan(kvConnection &connection, const QDate &day)
 {
     const qint16 dialect = kvSqlTexts::DatabaseDialect(0, connection.Provider(), connection.ConnectionString());
     kvSqlStatement statement = kvParameterizedSql::DayQuery(
-        kvTableName::Parse(TableName, connection.engine()), kvDate::fromDate(day), dialect, kvParameterizedSql::EngineOf(connection.Database().driverName()));
+        kvTableName::Parse(TableName, kvDataSource::Of(connection).engine()), kvDate::fromDate(day), dialect, kvParameterizedSql::EngineOf(connection.Database().driverName()));
     std::printf("  day query: %s\n  bound: ", qPrintable(statement.Text));
     for (const QVariant &value : statement.Values)
         std::printf("'%s' ", qPrintable(value.toString()));

@@ -22,24 +22,11 @@ class kvConnection;
 */
 class KVKALIVO_EXPORT kvAppointmentTable
 {
+    // Only static functions and no state: nothing to hide behind a d-pointer.
 public:
     //! Runs CreateTableSql() for \a connection's engine, statement by statement, with Execute; 3709 when closed.
     static void Create(kvConnection &connection, const QString &tableName, bool withOptionalColumns = true);
     //! The CREATE TABLE and CREATE INDEX statements for \a engine.
     static QStringList CreateTableSql(const QString &engine, const QString &tableName,
                                       bool withOptionalColumns = true);
-
-private:
-    struct ColumnTypes
-    {
-        const char *key;
-        const char *dateTime;
-        const char *name;
-        const char *remark;
-        const char *document;
-        const char *imageId;
-        const char *tableOptions;
-    };
-    static ColumnTypes TypesFor(const QString &engine);
-    static QString IndexName(const QString &tableName, const QString &column);
 };

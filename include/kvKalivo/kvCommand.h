@@ -1,11 +1,13 @@
 #pragma once
 
-#include "kvConnection.h"
 #include "kvkalivo_export.h"
 
-#include <QPointer>
+#include <QSharedDataPointer>
 #include <QString>
 #include <QVariantList>
+
+class kvCommandPrivate;
+class kvConnection;
 
 /*!
     \file kvCommand.h
@@ -28,22 +30,34 @@ public:
         adCmdTable = 2         //!< a table name: "SELECT * FROM " name
     };
 
+    //! A command without connection and text, of type adCmdUnspecified.
+    kvCommand();
+    //! Copies connection, type, text and parameters.
+    kvCommand(const kvCommand &other);
+    //! Takes over \a other's data; \a other may then only be assigned to or destroyed.
+    kvCommand(kvCommand &&other) noexcept;
+    //! Makes this a copy of \a other.
+    kvCommand &operator=(const kvCommand &other);
+    //! Takes over \a other's data.
+    kvCommand &operator=(kvCommand &&other) noexcept;
+    ~kvCommand();
+
     //! The connection the command runs on (not owned; watched, null once deleted).
-    void setActiveConnection(kvConnection *connection) { m_connection = connection; }
+    void setActiveConnection(kvConnection *connection);
     //! The connection set by setActiveConnection(), or null.
-    kvConnection *ActiveConnection() const { return m_connection; }
+    kvConnection *ActiveConnection() const;
     //! How CommandText is read: a CommandTypeEnum value.
-    void setCommandType(int commandType) { m_commandType = commandType; }
+    void setCommandType(int commandType);
     //! The CommandTypeEnum value set; adCmdUnspecified by default.
-    int CommandType() const { return m_commandType; }
+    int CommandType() const;
     //! The SQL text (or table name), "?" marking each parameter.
-    void setCommandText(const QString &commandText) { m_commandText = commandText; }
+    void setCommandText(const QString &commandText);
     //! The SQL text (or table name) set.
-    QString CommandText() const { return m_commandText; }
+    QString CommandText() const;
     //! The values for the "?" markers, in order; append to it before Execute().
-    QVariantList &Parameters() { return m_parameters; }
+    QVariantList &Parameters();
     //! \overload
-    const QVariantList &Parameters() const { return m_parameters; }
+    const QVariantList &Parameters() const;
 
     //! Runs the command; returns the records affected, -1 for a query. Throws like kvConnection, 3709 without a connection.
     int Execute();
@@ -55,8 +69,5 @@ public:
     static QString StatementFor(const QString &source, int commandType);
 
 private:
-    QPointer<kvConnection> m_connection;
-    int m_commandType = adCmdUnspecified;
-    QString m_commandText;
-    QVariantList m_parameters;
+    QSharedDataPointer<kvCommandPrivate> d;
 };

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "kvDataSource.h"
-#include "kvDatabaseError.h"
 #include "kvkalivo_export.h"
 
 #include <QObject>
@@ -9,8 +7,9 @@
 #include <QString>
 #include <QVariantList>
 
-class QSqlError;
-class QSqlQuery;
+#include <memory>
+
+class kvConnectionPrivate;
 
 /*!
     \file kvConnection.h
@@ -21,7 +20,7 @@ class QSqlQuery;
     \brief ADO's Connection over a QSqlDatabase: Provider, ConnectionString, State, Open,
     Close, Execute.
 
-    Open() takes the ADO connection strings a host already has (see kvDataSource for the
+    Open() takes the ADO connection strings a host already has (the README lists the
     forms) and keeps ConnectionString exactly as given, so that kvKalivo's dialect detection
     reads what the host wrote. Each connection opened here has a QSqlDatabase
     connection of its own, named uniquely and removed again on Close and destruction.
@@ -32,7 +31,7 @@ class QSqlQuery;
     Like ADO, the calls throw on failure: kvRuntimeError with ADO's number (kvAdoError) and,
     for failures of the engine, a kvDatabaseError with the engine's own message and what it
     means (refused, busy, server gone, timed out). The connection string's "Command Timeout"
-    and "Connect Timeout" limit every wait (see kvDataSource::commandTimeout()).
+    and "Connect Timeout" limit every wait (default 30 and 15 seconds).
 
     When a server (MySQL/MariaDB, SQL Server, ODBC) has gone away, the connection heals
     itself at the next statement: it is closed and opened again with the settings it was
@@ -49,7 +48,7 @@ class KVKALIVO_EXPORT kvConnection : public QObject
 {
     Q_OBJECT
     /*!
-        The ADO connection string exactly as the host wrote it (see kvDataSource for the
+        The ADO connection string exactly as the host wrote it (the README lists the
         forms understood); for a wrapped QSqlDatabase, one derived from its driver. kvKalivo's
         dialect detection reads it: "SQL SERVER" or "SQLOLEDB" in it means SQL Server.
     */
@@ -82,7 +81,7 @@ public:
     //! The Provider element as written; "MSDASQL" for ODBC-style strings, "SQLite3" for SQLite.
     QString Provider() const;
     //! The connection string as given; see the #ConnectionString property.
-    QString ConnectionString() const { return m_connectionString; }
+    QString ConnectionString() const;
     //! Throws 3705 while the connection is open, as ADO does.
     void setConnectionString(const QString &connectionString);
     //! adStateOpen (1) while open, else adStateClosed (0).
@@ -104,11 +103,9 @@ public:
     void Execute(const QString &sql, const QVariantList &boundValues);
 
     //! The Qt SQL connection underneath (the host's own one for Wrap()).
-    QSqlDatabase Database() const { return m_database; }
-    //! The engine of the connection string or of the wrapped driver.
-    kvDataSource::Engine engine() const { return m_source.engine(); }
+    QSqlDatabase Database() const;
     //! True for a connection made by Wrap().
-    bool isWrapped() const { return m_wrapped; }
+    bool isWrapped() const;
 
 signals:
     //! Emitted with every SQL text just before it runs, bound values as "?" (for logging and tests).
@@ -117,33 +114,7 @@ signals:
     void Closing();
 
 private:
-    friend class kvCommand;
-    friend class kvRecordset;
-
-    //! Runs \a sql, reopening a lost connection first, and a read once more when it is lost.
-    QSqlQuery Run(const QString &sql, const QVariantList &boundValues);
-    //! Traces, prepares, binds and runs \a sql; throws the engine's error as a kvDatabaseError.
-    QSqlQuery RunOnce(const QString &sql, const QVariantList &boundValues);
-    kvDatabaseError StatementFailure(const QSqlError &error, qint64 waitedMilliseconds) const;
-    //! Closes and opens the connection again; throws the engine's message when it cannot.
-    void Reopen();
-    //! A server engine, whose lost connection a reopen can heal (not a file).
-    bool IsServer() const;
-    //! Whether \a sql only reads (a SELECT), so that running it twice changes nothing.
-    static bool IsRead(const QString &sql);
-    static int RecordsAffected(const QSqlQuery &query);
-    QVariant DriverValue(const QVariant &value) const;
-    void RequireOpen() const;
-    void OpenOwn(const kvDataSource &source);
-    void OpenWrapped();
-    QString OpenFailureContext(const kvDataSource &source) const;
-    void ReleaseDatabase();
-
-    kvDataSource m_source;
-    QString m_connectionString;
-    QString m_connectionName;    // our own QSqlDatabase connection; empty when none or wrapped
-    QSqlDatabase m_database;
-    bool m_wrapped = false;
-    bool m_open = false;
-    bool m_reopenNeeded = false;   // the server went away: the next statement reopens first
+    friend class kvConnectionPrivate;
+    friend class kvDataSource;
+    std::unique_ptr<kvConnectionPrivate> const d;
 };

@@ -23,6 +23,10 @@
     Dates before the epoch follow the OLE convention: -1.25 is 29 December 1899, 06:00.
     A default-constructed kvDate is day 0, 30 December 1899 00:00. Comparisons are exact to
     the second.
+
+    kvDate is passed by value and stored in QVariant, so its layout is part of the binary
+    interface and is frozen: one double, the OLE day number, and nothing else. It gets no
+    d-pointer; a new member would need a new type.
 */
 class KVKALIVO_EXPORT kvDate
 {
@@ -102,7 +106,9 @@ private:
     static kvDate fromParts(long long dayNumber, long long secondsOfDay);
     long long serialSeconds() const { return dayNumber() * 86400 + secondsOfDay(); }
 
-    double m_days = 0.0;
+    double m_days = 0.0;   // frozen: see the class description
 };
+
+static_assert(sizeof(kvDate) == sizeof(double), "kvDate's layout is part of the binary interface");
 
 Q_DECLARE_METATYPE(kvDate)

@@ -5,6 +5,10 @@
 #include <QObject>
 #include <QString>
 
+#include <memory>
+
+class kvErrorPrivate;
+
 /*!
     \file kvError.h
     \brief kvError, the error object of kvKalivo's \c Error signal.
@@ -37,16 +41,17 @@ class KVKALIVO_EXPORT kvError : public QObject
 public:
     //! An empty error object (Number 0); hosts normally use the thread's instance.
     explicit kvError(QObject *parent = nullptr);
+    ~kvError() override;
 
     //! Text of the underlying failure.
-    QString Description() const { return m_description; }
+    QString Description() const;
     //! Sets the #Description; the control does so before every \c Error signal.
-    void setDescription(const QString &description) { m_description = description; }
+    void setDescription(const QString &description);
 
     //! The control's numbered error code.
-    qint16 Number() const { return m_number; }
+    qint16 Number() const;
     //! Sets the #Number; the control does so before every \c Error signal.
-    void setNumber(qint16 number) { m_number = number; }
+    void setNumber(qint16 number);
 
     //! The thread's current instance (created on first use).
     static kvError &ThreadInstance();
@@ -54,6 +59,5 @@ public:
     static kvError &ReplaceThreadInstance();
 
 private:
-    QString m_description;
-    qint16 m_number = 0;
+    std::unique_ptr<kvErrorPrivate> const d;
 };

@@ -3,10 +3,13 @@
 #include "kvDate.h"
 #include "kvkalivo_export.h"
 
+#include <QSharedDataPointer>
 #include <QString>
 #include <QVariant>
 
 #include <optional>
+
+class kvFieldPrivate;
 
 /*!
     \file kvField.h
@@ -25,12 +28,21 @@ class KVKALIVO_EXPORT kvField
 {
 public:
     //! A field without name and record.
-    kvField() = default;
+    kvField();
     //! The field \a name with \a value; \a hasRecord false stands for EOF.
     kvField(const QString &name, const QVariant &value, bool hasRecord = true);
+    //! A copy: copies share their data until one of them changes.
+    kvField(const kvField &other);
+    //! Takes over \a other's data; \a other may then only be assigned to or destroyed.
+    kvField(kvField &&other) noexcept;
+    //! Makes this a copy of \a other.
+    kvField &operator=(const kvField &other);
+    //! Takes over \a other's data.
+    kvField &operator=(kvField &&other) noexcept;
+    ~kvField();
 
     //! The column name as the engine reports it.
-    QString Name() const { return m_name; }
+    QString Name() const;
     //! The value; a null QVariant for Null. Throws kvRuntimeError 3021 at EOF.
     QVariant Value() const;
     //! Whether Value() is Null. Throws 3021 at EOF.
@@ -61,7 +73,5 @@ private:
     //! TryDate() without the range check.
     static std::optional<kvDate> AnyDate(const QVariant &value);
 
-    QString m_name;
-    QVariant m_value;
-    bool m_hasRecord = false;
+    QSharedDataPointer<kvFieldPrivate> d;
 };

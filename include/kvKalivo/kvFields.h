@@ -3,8 +3,11 @@
 #include "kvField.h"
 #include "kvkalivo_export.h"
 
+#include <QSharedDataPointer>
 #include <QStringList>
 #include <QVariantList>
+
+class kvFieldsPrivate;
 
 /*!
     \file kvFields.h
@@ -22,12 +25,21 @@ class KVKALIVO_EXPORT kvFields
 {
 public:
     //! No fields.
-    kvFields() = default;
+    kvFields();
     //! The fields \a names with \a values (same order); \a hasRecord false stands for EOF.
     kvFields(const QStringList &names, const QVariantList &values, bool hasRecord);
+    //! A copy: copies share their data until one of them changes.
+    kvFields(const kvFields &other);
+    //! Takes over \a other's data; \a other may then only be assigned to or destroyed.
+    kvFields(kvFields &&other) noexcept;
+    //! Makes this a copy of \a other.
+    kvFields &operator=(const kvFields &other);
+    //! Takes over \a other's data.
+    kvFields &operator=(kvFields &&other) noexcept;
+    ~kvFields();
 
     //! The number of columns.
-    int Count() const { return int(m_names.size()); }
+    int Count() const;
     //! The field at \a index, 0 .. Count() - 1; throws 3265 outside.
     kvField Item(int index) const;
     //! The field called \a name (case-insensitive); throws 3265 when there is none.
@@ -40,10 +52,8 @@ public:
     //! The index of \a name (case-insensitive), or -1.
     int IndexOf(const QString &name) const;
     //! The column names, in column order.
-    QStringList Names() const { return m_names; }
+    QStringList Names() const;
 
 private:
-    QStringList m_names;
-    QVariantList m_values;
-    bool m_hasRecord = false;
+    QSharedDataPointer<kvFieldsPrivate> d;
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "kvDate.h"
+#include "kvkalivo_export.h"
 
 #include <QString>
 #include <QVariant>

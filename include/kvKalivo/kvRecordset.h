@@ -3,10 +3,7 @@
 #include "kvFields.h"
 #include "kvkalivo_export.h"
 
-#include <QMetaObject>
-#include <QPointer>
 #include <QString>
-#include <QVariantList>
 
 #include <cstdio>
 #include <memory>
@@ -16,9 +13,9 @@
 // std::char_traits<char>::eof().
 #undef EOF
 
-class QSqlQuery;
 class kvCommand;
 class kvConnection;
+class kvRecordsetPrivate;
 
 /*!
     \file kvRecordset.h
@@ -98,7 +95,7 @@ public:
     void Close();
 
     //! adStateOpen (1) while open, else adStateClosed (0).
-    int State() const { return m_open ? adStateOpen : adStateClosed; }
+    int State() const;
     //! True after the last row (or for an empty result); throws 3704 when closed.
     bool EOF() const;
     //! The current row's fields; throws 3704 when closed.
@@ -114,34 +111,8 @@ public:
     void Update();
 
     //! The SQL text the recordset was opened with.
-    QString Source() const { return m_source; }
+    QString Source() const;
 
 private:
-    enum class DateColumn { No, Declared, Alias };
-
-    void Start(kvConnection *connection, const QString &sql, const QVariantList &parameters, int lockType,
-               const QString &table);
-    void Adopt(kvConnection *connection, QSqlQuery &&query);
-    void FindSQLiteDateColumns();
-    void Fetch();
-    QVariant ReadValue(int column) const;
-    void RequireOpen() const;
-    void Release();
-    int FieldIndex(const QString &name) const;
-    QString InsertStatement(QVariantList *values) const;
-
-    QPointer<kvConnection> m_connection;
-    QMetaObject::Connection m_closingLink;
-    std::unique_ptr<QSqlQuery> m_query;
-    QString m_source;
-    QString m_table;                 // the table AddNew inserts into
-    QStringList m_names;
-    QList<bool> m_autoColumns;
-    QList<DateColumn> m_dateColumns;
-    QVariantList m_values;
-    QList<bool> m_assigned;          // per field: set by setValue on the new row
-    bool m_open = false;
-    bool m_eof = true;
-    bool m_updatable = false;
-    bool m_adding = false;
+    std::unique_ptr<kvRecordsetPrivate> const d;
 };

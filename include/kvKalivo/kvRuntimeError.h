@@ -2,9 +2,12 @@
 
 #include "kvkalivo_export.h"
 
+#include <QSharedDataPointer>
 #include <QString>
 
 #include <stdexcept>
+
+class kvRuntimeErrorPrivate;
 
 /*!
     \file kvRuntimeError.h
@@ -32,12 +35,20 @@ public:
 
     //! A failure with the run-time (or ADO) error \a number and its text \a description.
     kvRuntimeError(int number, const QString &description);
+    //! A copy of \a other; copies share their data.
+    kvRuntimeError(const kvRuntimeError &other);
+    //! Takes over \a other's data; \a other may then only be assigned to or destroyed.
+    kvRuntimeError(kvRuntimeError &&other) noexcept;
+    //! Makes this a copy of \a other.
+    kvRuntimeError &operator=(const kvRuntimeError &other);
+    //! Takes over \a other's data.
+    kvRuntimeError &operator=(kvRuntimeError &&other) noexcept;
     ~kvRuntimeError() override;
 
     //! The run-time or ADO error number (see Number and kvAdoError::Number).
-    int number() const noexcept { return m_number; }
+    int number() const noexcept;
     //! The German text of the failure, or the engine's own message.
-    QString description() const { return m_description; }
+    QString description() const;
 
     //! 6 "Überlauf": a value does not fit its integer type.
     static kvRuntimeError overflow();
@@ -51,6 +62,5 @@ public:
     static kvRuntimeError cannotUnloadDesignTimeControl();
 
 private:
-    int m_number;
-    QString m_description;
+    QSharedDataPointer<kvRuntimeErrorPrivate> d;
 };

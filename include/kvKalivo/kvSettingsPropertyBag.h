@@ -1,9 +1,13 @@
 #pragma once
 
 #include "kvPropertyBag.h"
+#include "kvkalivo_export.h"
 
-#include <QPointer>
-#include <QSettings>
+#include <QSharedDataPointer>
+#include <QString>
+
+class QSettings;
+class kvSettingsPropertyBagPrivate;
 
 /*!
     \file kvSettingsPropertyBag.h
@@ -27,6 +31,15 @@ public:
         \a group is empty.
     */
     explicit kvSettingsPropertyBag(QSettings *settings, const QString &group = QString());
+    //! A bag over the same settings and group.
+    kvSettingsPropertyBag(const kvSettingsPropertyBag &other);
+    //! Takes over \a other's data; \a other may then only be assigned to or destroyed.
+    kvSettingsPropertyBag(kvSettingsPropertyBag &&other) noexcept;
+    //! Makes this a copy of \a other.
+    kvSettingsPropertyBag &operator=(const kvSettingsPropertyBag &other);
+    //! Takes over \a other's data.
+    kvSettingsPropertyBag &operator=(kvSettingsPropertyBag &&other) noexcept;
+    ~kvSettingsPropertyBag() override;
 
     //! The value under Key(\a name), or \a defaultValue when it is missing or unreadable.
     QVariant ReadProperty(const QString &name, const QVariant &defaultValue) const override;
@@ -35,9 +48,9 @@ public:
                        const QVariant &defaultValue) override;
 
     //! The QSettings written to; null once the host deleted it.
-    QSettings *Settings() const { return m_settings; }
+    QSettings *Settings() const;
     //! The settings group the keys are under; empty for the top level.
-    QString Group() const { return m_group; }
+    QString Group() const;
     //! The settings key of a property: "group/name", or the name when there is no group.
     QString Key(const QString &name) const;
 
@@ -45,8 +58,5 @@ public:
     static QString DateText(kvDate date);
 
 private:
-    bool IsReadable() const;
-
-    QPointer<QSettings> m_settings;
-    QString m_group;
+    QSharedDataPointer<kvSettingsPropertyBagPrivate> d;
 };

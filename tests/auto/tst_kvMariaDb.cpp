@@ -91,7 +91,7 @@ private slots:
         QFETCH(QString, host);
         kvConnection connection;
         connection.Open(text.replace("{db}", info("database")).replace("{user}", info("user")).replace("{pw}", info("password")));
-        QCOMPARE(connection.engine(), kvDataSource::MySql);
+        QCOMPARE(kvDataSource::Of(connection).engine(), kvDataSource::MySql);
         kvRecordset recordset;
         recordset.Open("SELECT CONCAT(USER(), ' ', DATABASE())", &connection);
         QCOMPARE(recordset.Fields().Item(0).Value().toString(), info("user") + "@" + host + " " + info("database"));

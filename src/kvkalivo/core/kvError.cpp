@@ -18,10 +18,39 @@ ThreadErrorSlot &threadSlot()
 
 } // namespace
 
+class kvErrorPrivate
+{
+public:
+    QString description;
+    qint16 number = 0;
+};
+
 kvError::kvError(QObject *parent)
-    : QObject(parent)
+    : QObject(parent), d(std::make_unique<kvErrorPrivate>())
 {
     setObjectName(QStringLiteral("kvError"));
+}
+
+kvError::~kvError() = default;
+
+QString kvError::Description() const
+{
+    return d->description;
+}
+
+void kvError::setDescription(const QString &description)
+{
+    d->description = description;
+}
+
+qint16 kvError::Number() const
+{
+    return d->number;
+}
+
+void kvError::setNumber(qint16 number)
+{
+    d->number = number;
 }
 
 kvError &kvError::ThreadInstance()

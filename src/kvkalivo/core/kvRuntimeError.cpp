@@ -1,11 +1,36 @@
 #include "kvRuntimeError.h"
 
-kvRuntimeError::kvRuntimeError(int number, const QString &description)
-    : std::runtime_error(description.toStdString()), m_number(number), m_description(description)
+#include <QSharedData>
+
+class kvRuntimeErrorPrivate : public QSharedData
 {
+public:
+    int number = 0;
+    QString description;
+};
+
+kvRuntimeError::kvRuntimeError(int number, const QString &description)
+    : std::runtime_error(description.toStdString()), d(new kvRuntimeErrorPrivate)
+{
+    d->number = number;
+    d->description = description;
 }
 
+kvRuntimeError::kvRuntimeError(const kvRuntimeError &other) = default;
+kvRuntimeError::kvRuntimeError(kvRuntimeError &&other) noexcept = default;
+kvRuntimeError &kvRuntimeError::operator=(const kvRuntimeError &other) = default;
+kvRuntimeError &kvRuntimeError::operator=(kvRuntimeError &&other) noexcept = default;
 kvRuntimeError::~kvRuntimeError() = default;
+
+int kvRuntimeError::number() const noexcept
+{
+    return d->number;
+}
+
+QString kvRuntimeError::description() const
+{
+    return d->description;
+}
 
 kvRuntimeError kvRuntimeError::overflow()
 {

@@ -1,5 +1,18 @@
 #include "kvSettingsPropertyBag.h"
 
+#include <QPointer>
+#include <QSettings>
+#include <QSharedData>
+
+class kvSettingsPropertyBagPrivate : public QSharedData
+{
+public:
+    bool IsReadable() const { return settings && settings->status() == QSettings::NoError; }
+
+    QPointer<QSettings> settings;
+    QString group;
+};
+
 namespace {
 
 // QSettings writes only some number types as plain text; the rest would become "@Variant(...)".
@@ -33,13 +46,31 @@ QVariant settingsValue(const QVariant &value)
 } // namespace
 
 kvSettingsPropertyBag::kvSettingsPropertyBag(QSettings *settings, const QString &group)
-    : m_settings(settings), m_group(group)
+    : d(new kvSettingsPropertyBagPrivate)
 {
+    d->settings = settings;
+    d->group = group;
+}
+
+kvSettingsPropertyBag::kvSettingsPropertyBag(const kvSettingsPropertyBag &other) = default;
+kvSettingsPropertyBag::kvSettingsPropertyBag(kvSettingsPropertyBag &&other) noexcept = default;
+kvSettingsPropertyBag &kvSettingsPropertyBag::operator=(const kvSettingsPropertyBag &other) = default;
+kvSettingsPropertyBag &kvSettingsPropertyBag::operator=(kvSettingsPropertyBag &&other) noexcept = default;
+kvSettingsPropertyBag::~kvSettingsPropertyBag() = default;
+
+QSettings *kvSettingsPropertyBag::Settings() const
+{
+    return d->settings;
+}
+
+QString kvSettingsPropertyBag::Group() const
+{
+    return d->group;
 }
 
 QString kvSettingsPropertyBag::Key(const QString &name) const
 {
-    return m_group.isEmpty() ? name : m_group + QLatin1Char('/') + name;
+    return d->group.isEmpty() ? name : d->group + QLatin1Char('/') + name;
 }
 
 QString kvSettingsPropertyBag::DateText(kvDate date)
@@ -50,26 +81,21 @@ QString kvSettingsPropertyBag::DateText(kvDate date)
     return day + QLatin1Char('T') + date.time().toString(QStringLiteral("HH:mm:ss"));
 }
 
-bool kvSettingsPropertyBag::IsReadable() const
-{
-    return m_settings && m_settings->status() == QSettings::NoError;
-}
-
 QVariant kvSettingsPropertyBag::ReadProperty(const QString &name, const QVariant &defaultValue) const
 {
-    if (!IsReadable())
+    if (!d->IsReadable())
         return defaultValue;
     const QString key = Key(name);
-    return m_settings->contains(key) ? m_settings->value(key) : defaultValue;
+    return d->settings->contains(key) ? d->settings->value(key) : defaultValue;
 }
 
 void kvSettingsPropertyBag::WriteProperty(const QString &name, const QVariant &value,
                                           const QVariant &defaultValue)
 {
-    if (!m_settings)
+    if (!d->settings)
         return;
     if (IsDefault(value, defaultValue))
-        m_settings->remove(Key(name));
+        d->settings->remove(Key(name));
     else
-        m_settings->setValue(Key(name), settingsValue(value));
+        d->settings->setValue(Key(name), settingsValue(value));
 }

@@ -2,40 +2,24 @@
 
 #include "kvAdoError.h"
 #include "kvConnection.h"
+#include "kvDataSource.h"
 
 #include <QRegularExpression>
 
-void kvAppointmentTable::Create(kvConnection &connection, const QString &tableName, bool withOptionalColumns)
-{
-    if (connection.State() != kvConnection::adStateOpen)
-        throw kvAdoError::connectionUnusable();
-    const QString engine = kvDataSource::EngineName(connection.engine());
-    for (const QString &statement : CreateTableSql(engine, tableName, withOptionalColumns))
-        connection.Execute(statement);
-}
+namespace {
 
-QStringList kvAppointmentTable::CreateTableSql(const QString &engine, const QString &tableName,
-                                               bool withOptionalColumns)
+struct ColumnTypes
 {
-    const ColumnTypes types = TypesFor(engine);
-    const auto column = [](const char *name, const char *type) {
-        return QString::fromLatin1(name) + QLatin1Char(' ') + QString::fromLatin1(type);
-    };
-    QStringList columns{column("DateID", types.key), column("DateBegin", types.dateTime),
-                        column("DateEnd", types.dateTime), column("Name", types.name)};
-    if (withOptionalColumns)
-        columns << column("Remark", types.remark) << column("Document", types.document)
-                << column("ImageID", types.imageId);
-    QStringList statements{QStringLiteral("CREATE TABLE %1 (%2)%3")
-                               .arg(tableName, columns.join(QStringLiteral(", ")),
-                                    QString::fromLatin1(types.tableOptions))};
-    for (const QString &indexed : {QStringLiteral("DateBegin"), QStringLiteral("DateEnd")})
-        statements << QStringLiteral("CREATE INDEX %1 ON %2 (%3)")
-                          .arg(IndexName(tableName, indexed), tableName, indexed);
-    return statements;
-}
+    const char *key;
+    const char *dateTime;
+    const char *name;
+    const char *remark;
+    const char *document;
+    const char *imageId;
+    const char *tableOptions;
+};
 
-kvAppointmentTable::ColumnTypes kvAppointmentTable::TypesFor(const QString &engine)
+ColumnTypes typesFor(const QString &engine)
 {
     const QString name = engine.toLower();
     if (name == QLatin1String("sqlite"))
@@ -53,10 +37,43 @@ kvAppointmentTable::ColumnTypes kvAppointmentTable::TypesFor(const QString &engi
 }
 
 // "IX_" table "_" column, with anything but letters, digits and "_" in the table name as "_".
-QString kvAppointmentTable::IndexName(const QString &tableName, const QString &column)
+QString indexName(const QString &tableName, const QString &column)
 {
     static const QRegularExpression other(QStringLiteral("[^A-Za-z0-9_]"));
     QString table = tableName;
     table.replace(other, QStringLiteral("_"));
     return QStringLiteral("IX_") + table + QLatin1Char('_') + column;
 }
+
+} // namespace
+
+void kvAppointmentTable::Create(kvConnection &connection, const QString &tableName, bool withOptionalColumns)
+{
+    if (connection.State() != kvConnection::adStateOpen)
+        throw kvAdoError::connectionUnusable();
+    const QString engine = kvDataSource::EngineName(kvDataSource::Of(connection).engine());
+    for (const QString &statement : CreateTableSql(engine, tableName, withOptionalColumns))
+        connection.Execute(statement);
+}
+
+QStringList kvAppointmentTable::CreateTableSql(const QString &engine, const QString &tableName,
+                                               bool withOptionalColumns)
+{
+    const ColumnTypes types = typesFor(engine);
+    const auto column = [](const char *name, const char *type) {
+        return QString::fromLatin1(name) + QLatin1Char(' ') + QString::fromLatin1(type);
+    };
+    QStringList columns{column("DateID", types.key), column("DateBegin", types.dateTime),
+                        column("DateEnd", types.dateTime), column("Name", types.name)};
+    if (withOptionalColumns)
+        columns << column("Remark", types.remark) << column("Document", types.document)
+                << column("ImageID", types.imageId);
+    QStringList statements{QStringLiteral("CREATE TABLE %1 (%2)%3")
+                               .arg(tableName, columns.join(QStringLiteral(", ")),
+                                    QString::fromLatin1(types.tableOptions))};
+    for (const QString &indexed : {QStringLiteral("DateBegin"), QStringLiteral("DateEnd")})
+        statements << QStringLiteral("CREATE INDEX %1 ON %2 (%3)")
+                          .arg(indexName(tableName, indexed), tableName, indexed);
+    return statements;
+}
+

@@ -1,4 +1,5 @@
 #include "kvConnection.h"
+#include "kvConnection_p.h"
 
 #include "kvAdoError.h"
 #include "kvField.h"
@@ -30,52 +31,78 @@ bool isDate(const QVariant &value)
 
 } // namespace
 
-kvConnection::kvConnection(QObject *parent) : QObject(parent)
+kvConnection::kvConnection(QObject *parent) : QObject(parent), d(std::make_unique<kvConnectionPrivate>(this))
 {
 }
 
 kvConnection::~kvConnection()
 {
     Close();
-    ReleaseDatabase();
+    d->ReleaseDatabase();
 }
 
 kvConnection *kvConnection::Wrap(const QSqlDatabase &database, QObject *parent)
 {
     auto *connection = new kvConnection(parent);
-    connection->m_wrapped = true;
-    connection->m_database = database;
-    connection->m_source = kvDataSource::FromDatabase(database);
-    connection->m_connectionString = connection->m_source.connectionString();
-    connection->m_open = database.isOpen();
+    kvConnectionPrivate *d = connection->d.get();
+    d->wrapped = true;
+    d->database = database;
+    d->source = kvDataSource::FromDatabase(database);
+    d->connectionString = d->source.connectionString();
+    d->open = database.isOpen();
     return connection;
 }
 
 QString kvConnection::Provider() const
 {
-    return m_source.provider().isEmpty() ? QStringLiteral("MSDASQL") : m_source.provider();
+    return d->source.provider().isEmpty() ? QStringLiteral("MSDASQL") : d->source.provider();
+}
+
+QString kvConnection::ConnectionString() const
+{
+    return d->connectionString;
+}
+
+QSqlDatabase kvConnection::Database() const
+{
+    return d->database;
+}
+
+const kvDataSource &kvDataSource::Of(const kvConnection &connection)
+{
+    return connection.d->source;
+}
+
+bool kvConnection::isWrapped() const
+{
+    return d->wrapped;
 }
 
 void kvConnection::setConnectionString(const QString &connectionString)
 {
     if (State() == adStateOpen)
         throw kvAdoError::objectOpen();
-    ReleaseDatabase();
-    if (m_wrapped)
-        m_database = QSqlDatabase();
-    m_wrapped = false;
-    m_connectionString = connectionString;
+    d->ReleaseDatabase();
+    if (d->wrapped)
+        d->database = QSqlDatabase();
+    d->wrapped = false;
+    d->connectionString = connectionString;
     try {
-        m_source = kvDataSource::FromConnectionString(connectionString);
+        d->source = kvDataSource::FromConnectionString(connectionString);
     } catch (const kvRuntimeError &) {
-        m_source = kvDataSource();   // Open() reports what is wrong with it
+        d->source = kvDataSource();   // Open() reports what is wrong with it
     }
 }
 
 int kvConnection::State() const
 {
+    return d->IsOpen() ? adStateOpen : adStateClosed;
+}
+
+bool kvConnectionPrivate::IsOpen() const
+{
     // A connection whose server went away stays open: the next statement reopens it.
-    return m_open && (m_database.isOpen() || m_reopenNeeded) ? adStateOpen : adStateClosed;
+    return open && (database.isOpen() || reopenNeeded);
 }
 
 void kvConnection::Open(const QString &connectionString)
@@ -84,58 +111,58 @@ void kvConnection::Open(const QString &connectionString)
         throw kvAdoError::objectOpen();
     if (!connectionString.isEmpty())
         setConnectionString(connectionString);
-    if (m_wrapped) {
-        OpenWrapped();
+    if (d->wrapped) {
+        d->OpenWrapped();
         return;
     }
-    const kvDataSource source = kvDataSource::FromConnectionString(m_connectionString);
+    const kvDataSource source = kvDataSource::FromConnectionString(d->connectionString);
     if (!QSqlDatabase::isDriverAvailable(source.qtDriver()))
         throw kvAdoError::providerNotFound(
             QStringLiteral("Qt-SQL-Treiber %1 ist nicht installiert").arg(source.qtDriver()));
-    OpenOwn(source);
+    d->OpenOwn(source);
 }
 
-void kvConnection::OpenWrapped()
+void kvConnectionPrivate::OpenWrapped()
 {
-    if (!m_database.isOpen() && !m_database.open())
-        throw kvAdoError::openFailed(QString(), kvAdoError::engineMessage(m_database.lastError()));
-    m_open = true;
+    if (!database.isOpen() && !database.open())
+        throw kvAdoError::openFailed(QString(), kvAdoError::engineMessage(database.lastError()));
+    open = true;
 }
 
-void kvConnection::OpenOwn(const kvDataSource &source)
+void kvConnectionPrivate::OpenOwn(const kvDataSource &target)
 {
     ReleaseDatabase();
-    m_connectionName = newConnectionName();
-    m_database = QSqlDatabase::addDatabase(source.qtDriver(), m_connectionName);
-    m_database.setDatabaseName(source.databaseName());
-    m_database.setHostName(source.hostName());
-    if (source.port() > 0)
-        m_database.setPort(source.port());
-    m_database.setUserName(source.userName());
-    m_database.setPassword(source.password());
-    m_database.setConnectOptions(source.connectOptions());
+    connectionName = newConnectionName();
+    database = QSqlDatabase::addDatabase(target.qtDriver(), connectionName);
+    database.setDatabaseName(target.databaseName());
+    database.setHostName(target.hostName());
+    if (target.port() > 0)
+        database.setPort(target.port());
+    database.setUserName(target.userName());
+    database.setPassword(target.password());
+    database.setConnectOptions(target.connectOptions());
     bool opened = false;
     QString driverOutput;
-    if (source.qtDriver() == QLatin1String("QODBC")) {
+    if (target.qtDriver() == QLatin1String("QODBC")) {
         kvStderrCapture capture;
-        opened = m_database.open();
+        opened = database.open();
         driverOutput = capture.Finish().simplified();
     } else {
-        opened = m_database.open();
+        opened = database.open();
     }
     if (!opened) {
-        const QSqlError error = m_database.lastError();
+        const QSqlError error = database.lastError();
         const QString message = error.databaseText().trimmed().isEmpty() && !driverOutput.isEmpty()
                                     ? driverOutput + QStringLiteral(" (") + error.driverText() + QLatin1Char(')')
                                     : kvAdoError::engineMessage(error);
         ReleaseDatabase();
-        throw kvAdoError::openFailed(OpenFailureContext(source), message);
+        throw kvAdoError::openFailed(OpenFailureContext(target), message);
     }
-    m_source = source;
-    m_open = true;
+    source = target;
+    open = true;
 }
 
-QString kvConnection::OpenFailureContext(const kvDataSource &source) const
+QString kvConnectionPrivate::OpenFailureContext(const kvDataSource &source)
 {
     switch (source.engine()) {
     case kvDataSource::SQLite: {
@@ -159,57 +186,57 @@ QString kvConnection::OpenFailureContext(const kvDataSource &source) const
 
 void kvConnection::Close()
 {
-    if (!m_open)
+    if (!d->open)
         return;
     emit Closing();
-    m_open = false;
-    m_reopenNeeded = false;
-    if (!m_wrapped)
-        ReleaseDatabase();
+    d->open = false;
+    d->reopenNeeded = false;
+    if (!d->wrapped)
+        d->ReleaseDatabase();
 }
 
-void kvConnection::ReleaseDatabase()
+void kvConnectionPrivate::ReleaseDatabase()
 {
-    if (m_connectionName.isEmpty())
+    if (connectionName.isEmpty())
         return;
-    m_database.close();
-    m_database = QSqlDatabase();
-    QSqlDatabase::removeDatabase(m_connectionName);
-    m_connectionName.clear();
+    database.close();
+    database = QSqlDatabase();
+    QSqlDatabase::removeDatabase(connectionName);
+    connectionName.clear();
 }
 
 int kvConnection::Execute(const QString &sql)
 {
-    return RecordsAffected(Run(sql, {}));
+    return kvConnectionPrivate::RecordsAffected(d->Run(sql, {}));
 }
 
 void kvConnection::Execute(const QString &sql, const QVariantList &boundValues)
 {
-    Run(sql, boundValues);
+    d->Run(sql, boundValues);
 }
 
-QSqlQuery kvConnection::Run(const QString &sql, const QVariantList &boundValues)
+QSqlQuery kvConnectionPrivate::Run(const QString &sql, const QVariantList &boundValues)
 {
     RequireOpen();
-    if (m_reopenNeeded)
+    if (reopenNeeded)
         Reopen();
     try {
         return RunOnce(sql, boundValues);
     } catch (const kvDatabaseError &failure) {
         // A read runs once more on a new connection; a write may have been done: never twice.
-        if (failure.condition() != kvDatabaseError::ServerGone || !m_reopenNeeded || !IsRead(sql))
+        if (failure.condition() != kvDatabaseError::ServerGone || !reopenNeeded || !IsRead(sql))
             throw;
     }
     Reopen();
     return RunOnce(sql, boundValues);
 }
 
-QSqlQuery kvConnection::RunOnce(const QString &sql, const QVariantList &boundValues)
+QSqlQuery kvConnectionPrivate::RunOnce(const QString &sql, const QVariantList &boundValues)
 {
-    emit StatementExecuted(sql);
+    emit q->StatementExecuted(sql);
     QElapsedTimer waited;
     waited.start();
-    QSqlQuery query(m_database);
+    QSqlQuery query(database);
     query.setForwardOnly(true);
     bool ok = false;
     if (boundValues.isEmpty()) {
@@ -222,67 +249,67 @@ QSqlQuery kvConnection::RunOnce(const QString &sql, const QVariantList &boundVal
     if (ok)
         return query;
     const kvDatabaseError failure = StatementFailure(query.lastError(), waited.elapsed());
-    m_reopenNeeded = m_reopenNeeded || (IsServer() && failure.isUnavailable()
+    reopenNeeded = reopenNeeded || (IsServer() && failure.isUnavailable()
                                         && failure.condition() != kvDatabaseError::Busy);
     throw failure;
 }
 
-kvDatabaseError kvConnection::StatementFailure(const QSqlError &error, qint64 waitedMilliseconds) const
+kvDatabaseError kvConnectionPrivate::StatementFailure(const QSqlError &error, qint64 waitedMilliseconds) const
 {
-    const kvDatabaseError failure = kvAdoError::statementFailed(error, engine());
+    const kvDatabaseError failure = kvAdoError::statementFailed(error, source.engine());
     // MariaDB's client reports a read that waited the whole Command Timeout as the server
     // gone: a failure after at least that long is the timeout.
-    const qint64 timeout = qint64(m_source.commandTimeout()) * 1000;
+    const qint64 timeout = qint64(source.commandTimeout()) * 1000;
     if (failure.condition() != kvDatabaseError::ServerGone || timeout <= 0 || waitedMilliseconds < timeout)
         return failure;
     return kvDatabaseError(failure.number(),
                            QStringLiteral("%1 (keine Antwort innerhalb von %2 s, Command Timeout)")
                                .arg(failure.description())
-                               .arg(m_source.commandTimeout()),
+                               .arg(source.commandTimeout()),
                            kvDatabaseError::TimedOut);
 }
 
-void kvConnection::Reopen()
+void kvConnectionPrivate::Reopen()
 {
-    emit Closing();   // recordsets let go of queries on the lost connection
-    m_database.close();
-    if (!m_database.open())
-        throw kvAdoError::openFailed(OpenFailureContext(m_source), kvAdoError::engineMessage(m_database.lastError()));
-    m_reopenNeeded = false;
+    emit q->Closing();   // recordsets let go of queries on the lost connection
+    database.close();
+    if (!database.open())
+        throw kvAdoError::openFailed(OpenFailureContext(source), kvAdoError::engineMessage(database.lastError()));
+    reopenNeeded = false;
 }
 
-bool kvConnection::IsServer() const
+bool kvConnectionPrivate::IsServer() const
 {
-    const kvDataSource::Engine engine = m_source.engine();
+    const kvDataSource::Engine engine = source.engine();
     return engine == kvDataSource::MySql || engine == kvDataSource::SqlServer || engine == kvDataSource::Odbc;
 }
 
-bool kvConnection::IsRead(const QString &sql)
+bool kvConnectionPrivate::IsRead(const QString &sql)
 {
     static const QRegularExpression select(QStringLiteral("^[\\s(]*SELECT\\b"),
                                            QRegularExpression::CaseInsensitiveOption);
     return select.match(sql).hasMatch();
 }
 
-int kvConnection::RecordsAffected(const QSqlQuery &query)
+int kvConnectionPrivate::RecordsAffected(const QSqlQuery &query)
 {
     return query.isSelect() ? -1 : query.numRowsAffected();
 }
 
-void kvConnection::RequireOpen() const
+void kvConnectionPrivate::RequireOpen() const
 {
-    if (State() != adStateOpen)
+    if (!IsOpen())
         throw kvAdoError::connectionUnusable();
 }
 
-QVariant kvConnection::DriverValue(const QVariant &value) const
+QVariant kvConnectionPrivate::DriverValue(const QVariant &value) const
 {
     if (!value.isValid() || value.isNull() || !isDate(value))
         return value;
     const std::optional<kvDate> date = kvField::TryDate(value);
     if (!date)
         return QVariant();   // a null QDateTime or QDate is SQL Null
-    if (m_database.driverName() == QLatin1String("QODBC"))
+    if (database.driverName() == QLatin1String("QODBC"))
         return kvField::ToDateTime(*date);
     return kvField::ToDbText(*date);
 }

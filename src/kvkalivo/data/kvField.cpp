@@ -4,6 +4,7 @@
 #include "kvFormat.h"
 
 #include <QRegularExpression>
+#include <QSharedData>
 
 namespace {
 
@@ -34,16 +35,41 @@ bool isNumber(const QVariant &value)
 
 } // namespace
 
-kvField::kvField(const QString &name, const QVariant &value, bool hasRecord)
-    : m_name(name), m_value(value), m_hasRecord(hasRecord)
+class kvFieldPrivate : public QSharedData
 {
+public:
+    QString name;
+    QVariant value;
+    bool hasRecord = false;
+};
+
+kvField::kvField() : d(new kvFieldPrivate)
+{
+}
+
+kvField::kvField(const QString &name, const QVariant &value, bool hasRecord) : d(new kvFieldPrivate)
+{
+    d->name = name;
+    d->value = value;
+    d->hasRecord = hasRecord;
+}
+
+kvField::kvField(const kvField &other) = default;
+kvField::kvField(kvField &&other) noexcept = default;
+kvField &kvField::operator=(const kvField &other) = default;
+kvField &kvField::operator=(kvField &&other) noexcept = default;
+kvField::~kvField() = default;
+
+QString kvField::Name() const
+{
+    return d->name;
 }
 
 QVariant kvField::Value() const
 {
-    if (!m_hasRecord)
+    if (!d->hasRecord)
         throw kvAdoError::noCurrentRecord();
-    return m_value;
+    return d->value;
 }
 
 bool kvField::IsNull() const

@@ -3,8 +3,11 @@
 #include "kvAdoError.h"
 #include "kvCommand.h"
 #include "kvConnection.h"
+#include "kvConnection_p.h"
 
 #include <QHash>
+#include <QMetaObject>
+#include <QPointer>
 #include <QSqlField>
 #include <QSqlQuery>
 #include <QSqlRecord>
@@ -56,103 +59,147 @@ bool isDateVariant(const QVariant &value)
 
 } // namespace
 
-kvRecordset::kvRecordset() = default;
+class kvRecordsetPrivate
+{
+public:
+    enum class DateColumn { No, Declared, Alias };
+
+    void Start(kvConnection *target, const QString &sql, const QVariantList &parameters, int lockType,
+               const QString &sourceTable);
+    void Adopt(kvConnection *target, QSqlQuery &&result);
+    void FindSQLiteDateColumns();
+    void Fetch();
+    QVariant ReadValue(int column) const;
+    void RequireOpen() const;
+    void Release();
+    int FieldIndex(const QString &name) const;
+    QString InsertStatement(QVariantList *bound) const;
+
+    QPointer<kvConnection> connection;
+    QMetaObject::Connection closingLink;
+    std::unique_ptr<QSqlQuery> query;
+    QString source;
+    QString table;                 // the table AddNew inserts into
+    QStringList names;
+    QList<bool> autoColumns;
+    QList<DateColumn> dateColumns;
+    QVariantList values;
+    QList<bool> assigned;          // per field: set by setValue on the new row
+    bool open = false;
+    bool eof = true;
+    bool updatable = false;
+    bool adding = false;
+};
+
+kvRecordset::kvRecordset() : d(std::make_unique<kvRecordsetPrivate>())
+{
+}
 
 kvRecordset::~kvRecordset()
 {
-    Release();
+    d->Release();
+}
+
+int kvRecordset::State() const
+{
+    return d->open ? adStateOpen : adStateClosed;
+}
+
+QString kvRecordset::Source() const
+{
+    return d->source;
 }
 
 void kvRecordset::Open(const QString &source, kvConnection *connection, int /*cursorType*/, int lockType, int options)
 {
-    Start(connection, kvCommand::StatementFor(source, options), {}, lockType,
-          options == adCmdTable ? source : QString());
+    d->Start(connection, kvCommand::StatementFor(source, options), {}, lockType,
+             options == adCmdTable ? source : QString());
 }
 
 void kvRecordset::Open(kvCommand &command, int /*cursorType*/, int lockType, int options)
 {
     const int type = options != adCmdUnspecified ? options : command.CommandType();
-    Start(command.ActiveConnection(), kvCommand::StatementFor(command.CommandText(), type), command.Parameters(),
-          lockType, type == adCmdTable ? command.CommandText() : QString());
+    d->Start(command.ActiveConnection(), kvCommand::StatementFor(command.CommandText(), type), command.Parameters(),
+             lockType, type == adCmdTable ? command.CommandText() : QString());
 }
 
-void kvRecordset::Start(kvConnection *connection, const QString &sql, const QVariantList &parameters, int lockType,
-                        const QString &table)
+void kvRecordsetPrivate::Start(kvConnection *target, const QString &sql, const QVariantList &parameters, int lockType,
+                               const QString &sourceTable)
 {
-    if (m_open)
+    if (open)
         throw kvAdoError::objectOpen();
-    if (!connection || connection->State() != kvConnection::adStateOpen)
+    if (!target || target->State() != kvConnection::adStateOpen)
         throw kvAdoError::connectionUnusable();
-    QSqlQuery query = connection->Run(sql, parameters);
-    m_source = sql;
-    if (!query.isSelect())
+    QSqlQuery result = kvConnectionPrivate::get(target)->Run(sql, parameters);
+    source = sql;
+    if (!result.isSelect())
         return;   // a statement without rows leaves the recordset closed, as in ADO
-    Adopt(connection, std::move(query));
-    m_table = table;
-    if (m_table.isEmpty() && !m_query->record().isEmpty()) {
-        m_table = m_query->record().field(0).tableName();
-        for (int i = 1; i < m_query->record().count(); ++i) {
-            if (m_query->record().field(i).tableName() != m_table)
-                m_table.clear();
+    Adopt(target, std::move(result));
+    table = sourceTable;
+    if (table.isEmpty() && !query->record().isEmpty()) {
+        table = query->record().field(0).tableName();
+        for (int i = 1; i < query->record().count(); ++i) {
+            if (query->record().field(i).tableName() != table)
+                table.clear();
         }
     }
-    m_updatable = lockType >= adLockPessimistic && !m_table.isEmpty();
-    if (connection->Database().driverName() == QLatin1String("QSQLITE"))
+    updatable = lockType >= kvRecordset::adLockPessimistic && !table.isEmpty();
+    if (target->Database().driverName() == QLatin1String("QSQLITE"))
         FindSQLiteDateColumns();
-    m_open = true;
+    open = true;
     Fetch();
 }
 
-void kvRecordset::Adopt(kvConnection *connection, QSqlQuery &&query)
+void kvRecordsetPrivate::Adopt(kvConnection *target, QSqlQuery &&result)
 {
-    m_query = std::make_unique<QSqlQuery>(std::move(query));
-    m_connection = connection;
-    m_closingLink = QObject::connect(connection, &kvConnection::Closing, connection, [this] { Release(); });
-    const QSqlRecord record = m_query->record();
-    m_names.clear();
-    m_autoColumns.clear();
+    query = std::make_unique<QSqlQuery>(std::move(result));
+    connection = target;
+    closingLink = QObject::connect(target, &kvConnection::Closing, target, [this] { Release(); });
+    const QSqlRecord record = query->record();
+    names.clear();
+    autoColumns.clear();
     for (int i = 0; i < record.count(); ++i) {
-        m_names << record.fieldName(i);
-        m_autoColumns << record.field(i).isAutoValue();
+        names << record.fieldName(i);
+        autoColumns << record.field(i).isAutoValue();
     }
-    m_dateColumns = QList<DateColumn>(m_names.size(), DateColumn::No);
+    dateColumns = QList<DateColumn>(names.size(), DateColumn::No);
 }
 
-void kvRecordset::FindSQLiteDateColumns()
+void kvRecordsetPrivate::FindSQLiteDateColumns()
 {
-    const QSqlRecord record = m_query->record();
+    const QSqlRecord record = query->record();
     QHash<QString, QHash<QString, SQLiteColumn>> tables;
     for (int i = 0; i < record.count(); ++i) {
         const QString table = record.field(i).tableName();
         if (table.isEmpty())
             continue;
         if (!tables.contains(table))
-            tables.insert(table, sqliteColumns(m_connection->Database(), table));
+            tables.insert(table, sqliteColumns(connection->Database(), table));
         const QHash<QString, SQLiteColumn> &columns = tables[table];
-        const auto column = columns.constFind(m_names.at(i).toLower());
+        const auto column = columns.constFind(names.at(i).toLower());
         if (column == columns.constEnd()) {
             // An alias ("DateBegin AS NextDate") of some column of a table that has dates.
-            m_dateColumns[i] = hasDateColumn(columns) ? DateColumn::Alias : DateColumn::No;
+            dateColumns[i] = hasDateColumn(columns) ? DateColumn::Alias : DateColumn::No;
             continue;
         }
-        m_dateColumns[i] = isDateType(column->declaredType) ? DateColumn::Declared : DateColumn::No;
-        m_autoColumns[i] = m_autoColumns[i] || column->integerPrimaryKey;
+        dateColumns[i] = isDateType(column->declaredType) ? DateColumn::Declared : DateColumn::No;
+        autoColumns[i] = autoColumns[i] || column->integerPrimaryKey;
     }
 }
 
-void kvRecordset::Fetch()
+void kvRecordsetPrivate::Fetch()
 {
-    m_values = QVariantList(m_names.size());
-    m_eof = !(m_query && m_query->isActive() && m_query->next());
-    if (m_eof)
+    values = QVariantList(names.size());
+    eof = !(query && query->isActive() && query->next());
+    if (eof)
         return;
-    for (int i = 0; i < m_names.size(); ++i)
-        m_values[i] = ReadValue(i);
+    for (int i = 0; i < names.size(); ++i)
+        values[i] = ReadValue(i);
 }
 
-QVariant kvRecordset::ReadValue(int column) const
+QVariant kvRecordsetPrivate::ReadValue(int column) const
 {
-    const QVariant value = m_query->value(column);
+    const QVariant value = query->value(column);
     if (!value.isValid() || value.isNull())
         return QVariant();
     if (value.typeId() == QMetaType::QDateTime) {
@@ -160,7 +207,7 @@ QVariant kvRecordset::ReadValue(int column) const
         const QDateTime dateTime = value.toDateTime();
         return dateTime.date().isValid() ? QVariant(QDateTime(dateTime.date(), dateTime.time(), Qt::UTC)) : QVariant();
     }
-    const DateColumn kind = m_dateColumns.value(column, DateColumn::No);
+    const DateColumn kind = dateColumns.value(column, DateColumn::No);
     if (kind == DateColumn::No || value.typeId() != QMetaType::QString)
         return value;
     const QString text = value.toString().trimmed();
@@ -172,80 +219,80 @@ QVariant kvRecordset::ReadValue(int column) const
 
 void kvRecordset::Close()
 {
-    Release();
+    d->Release();
 }
 
-void kvRecordset::Release()
+void kvRecordsetPrivate::Release()
 {
-    if (m_closingLink)
-        QObject::disconnect(m_closingLink);
-    m_query.reset();
-    m_connection = nullptr;
-    m_open = false;
-    m_eof = true;
-    m_adding = false;
-    m_updatable = false;
-    m_values.clear();
+    if (closingLink)
+        QObject::disconnect(closingLink);
+    query.reset();
+    connection = nullptr;
+    open = false;
+    eof = true;
+    adding = false;
+    updatable = false;
+    values.clear();
 }
 
-void kvRecordset::RequireOpen() const
+void kvRecordsetPrivate::RequireOpen() const
 {
-    if (!m_open)
+    if (!open)
         throw kvAdoError::objectClosed();
 }
 
 bool kvRecordset::EOF() const
 {
-    RequireOpen();
-    return m_eof;
+    d->RequireOpen();
+    return d->eof;
 }
 
 kvFields kvRecordset::Fields() const
 {
-    RequireOpen();
-    return kvFields(m_names, m_values, !m_eof);
+    d->RequireOpen();
+    return kvFields(d->names, d->values, !d->eof);
 }
 
 void kvRecordset::MoveNext()
 {
-    RequireOpen();
-    if (m_adding) {
+    d->RequireOpen();
+    if (d->adding) {
         Update();
-    } else if (m_eof) {
+    } else if (d->eof) {
         throw kvAdoError::noCurrentRecord();
     }
-    Fetch();
+    d->Fetch();
 }
 
 void kvRecordset::AddNew()
 {
-    RequireOpen();
-    if (!m_updatable)
+    d->RequireOpen();
+    if (!d->updatable)
         throw kvAdoError::notUpdatable();
-    if (m_adding)
+    if (d->adding)
         Update();
-    m_adding = true;
-    m_eof = false;
-    m_values = QVariantList(m_names.size());
-    m_assigned = QList<bool>(m_names.size(), false);
+    d->adding = true;
+    d->eof = false;
+    d->values = QVariantList(d->names.size());
+    d->assigned = QList<bool>(d->names.size(), false);
 }
 
 void kvRecordset::setValue(const QString &field, const QVariant &value)
 {
-    RequireOpen();
-    const int index = FieldIndex(field);
-    if (!m_adding)
-        throw m_eof ? kvAdoError::noCurrentRecord() : kvAdoError::notUpdatable();
-    m_values[index] = isDateVariant(value) && kvField::TryDate(value)
+    d->RequireOpen();
+    const int index = d->FieldIndex(field);
+    if (!d->adding)
+        throw d->eof ? kvAdoError::noCurrentRecord() : kvAdoError::notUpdatable();
+    d->values[index] = isDateVariant(value) && kvField::TryDate(value)
                           ? QVariant(kvField::ToDateTime(*kvField::TryDate(value)))
                           : value;
-    m_assigned[index] = true;
+    d->assigned[index] = true;
 }
 
-int kvRecordset::FieldIndex(const QString &name) const
+int kvRecordsetPrivate::FieldIndex(const QString &name) const
 {
-    for (int i = 0; i < m_names.size(); ++i) {
-        if (m_names.at(i).compare(name, Qt::CaseInsensitive) == 0)
+    for (int i = 0; i < names.size(); ++i) {
+        if (names.at(i).compare(name, Qt::CaseInsensitive) == 0)
             return i;
     }
     throw kvAdoError::itemNotFound();
@@ -253,36 +300,36 @@ int kvRecordset::FieldIndex(const QString &name) const
 
 void kvRecordset::Update()
 {
-    RequireOpen();
-    if (!m_adding)
+    d->RequireOpen();
+    if (!d->adding)
         return;
     QVariantList values;
-    const QString sql = InsertStatement(&values);
-    m_query->finish();   // some engines (FreeTDS) serve one statement at a time per connection
-    const QSqlQuery insert = m_connection->Run(sql, values);
-    if (!m_open)
+    const QString sql = d->InsertStatement(&values);
+    d->query->finish();   // some engines (FreeTDS) serve one statement at a time per connection
+    const QSqlQuery insert = kvConnectionPrivate::get(d->connection)->Run(sql, values);
+    if (!d->open)
         return;   // the connection was reopened under the recordset, which let go of its rows
     const QVariant key = insert.lastInsertId();
-    for (int i = 0; i < m_names.size(); ++i) {
-        if (m_autoColumns.at(i) && !m_assigned.at(i) && key.isValid())
-            m_values[i] = key;
+    for (int i = 0; i < d->names.size(); ++i) {
+        if (d->autoColumns.at(i) && !d->assigned.at(i) && key.isValid())
+            d->values[i] = key;
     }
-    m_adding = false;
+    d->adding = false;
 }
 
-QString kvRecordset::InsertStatement(QVariantList *values) const
+QString kvRecordsetPrivate::InsertStatement(QVariantList *bound) const
 {
     QStringList columns;
     QStringList markers;
-    for (int i = 0; i < m_names.size(); ++i) {
-        if (!m_assigned.at(i))
+    for (int i = 0; i < names.size(); ++i) {
+        if (!assigned.at(i))
             continue;
-        columns << m_names.at(i);
+        columns << names.at(i);
         markers << QStringLiteral("?");
-        values->append(m_values.at(i));
+        bound->append(values.at(i));
     }
     if (columns.isEmpty())
         throw kvAdoError::invalidArgument(QStringLiteral("Update ohne gesetzte Felder"));
     return QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
-        .arg(m_table, columns.join(QStringLiteral(", ")), markers.join(QStringLiteral(", ")));
+        .arg(table, columns.join(QStringLiteral(", ")), markers.join(QStringLiteral(", ")));
 }

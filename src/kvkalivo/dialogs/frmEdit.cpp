@@ -17,6 +17,8 @@
 #include <QComboBox>
 #include <QCoreApplication>
 #include <QDateEdit>
+#include <QGridLayout>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -28,8 +30,8 @@
 #include <QStatusBar>
 #include <QStyle>
 #include <QTimer>
+#include <QVBoxLayout>
 
-#include <algorithm>
 #include <limits>
 
 namespace {
@@ -59,14 +61,18 @@ QString documentFilter()
 
 constexpr int minutesPerDay = 24 * 60;
 
-// Layout, in pixels (the form's scale unit).
+// Spacing and the smallest sizes of the layout, in pixels.
 constexpr int margin = 12;
 constexpr int minimumLabelWidth = 110;
 constexpr int labelGap = 12;
-constexpr int rowHeight = 24;
-constexpr int rowPitch = 32;
+constexpr int rowGap = 8;
+constexpr int fullDayIndent = 16;
+constexpr int buttonGap = 8;
+constexpr int timeBoxWidth = 80;
+constexpr int smallButtonWidth = 30;
+constexpr int buttonWidth = 90;
 constexpr int iconBoxSize = 36;
-constexpr int remarkLines = 3;   // the remark box spans this many rows
+constexpr int remarkLines = 3;   // the remark box spans at least this many rows
 // A line edit keeps no more than its maximum length: the texts of a table are not cut.
 constexpr int unlimitedLength = std::numeric_limits<int>::max();
 
@@ -268,79 +274,102 @@ void frmEdit::CreateContextMenu()
     m_kontext1->setObjectName(QStringLiteral("Kontext1"));
 }
 
-// The controls from top to bottom: one row per label, the fields from fieldLeft.
+// The fields below each other, the buttons below them, the status bar at the bottom edge.
 void frmEdit::LayoutControls()
 {
-    // The label column is as wide as its longest caption ("Dokumentverknüpfung").
-    int labelWidth = minimumLabelWidth;
-    for (QLabel *label : { m_label1, m_label4, m_label6, m_label3, m_lblDocument, m_lblIcon })
-        labelWidth = std::max(labelWidth, label->sizeHint().width());
-    const int fieldLeft = margin + labelWidth + labelGap;
-    const int formWidth = fieldLeft + RemarkWidth + margin;
-    constexpr int remarkRow = 3;
-    const auto row = [](int index) {
-        return margin + index * rowPitch + (index > remarkRow ? (remarkLines - 1) * rowPitch : 0);
-    };
-    const auto placeLabel = [&](QLabel *label, int index) {
-        label->setGeometry(margin, row(index), labelWidth, rowHeight);
-    };
+    auto *content = new QVBoxLayout;
+    content->setContentsMargins(margin, margin, margin, margin);
+    content->setSpacing(rowGap);   // the nested layouts take it over
+    content->addLayout(CreateFormLayout(), 1);
+    content->addSpacing(buttonGap);
+    content->addLayout(CreateButtonRow());
 
-    placeLabel(m_label1, 0);
-    m_txtName->setGeometry(fieldLeft, row(0), RemarkWidth, rowHeight);
+    // The status bar spans the editor's whole width, under a separating line.
+    auto *editor = new QVBoxLayout(this);
+    editor->setContentsMargins(0, 0, 0, 0);
+    editor->setSpacing(0);
+    editor->addLayout(content, 1);
+    editor->addWidget(m_statusLine);
+    editor->addWidget(m_statusBar);
+    resize(minimumSizeHint());   // the remark box grows only when the user enlarges the editor
 
-    constexpr int pickerWidth = 120;
-    const int timeLeft = fieldLeft + pickerWidth + 8;
-    constexpr int timeWidth = 80;
-    placeLabel(m_label4, 1);
-    m_dtPickerBegin->setGeometry(fieldLeft, row(1), pickerWidth, rowHeight);
-    m_cboTimeBegin->setGeometry(timeLeft, row(1), timeWidth, rowHeight);
-    placeLabel(m_label6, 2);
-    m_dtPickerEnd->setGeometry(fieldLeft, row(2), pickerWidth, rowHeight);
-    m_cboTimeEnd->setGeometry(timeLeft, row(2), timeWidth, rowHeight);
+    SetTabOrder();
+}
+
+// One grid row per label, the fields beside the labels. The name, the remark and the document path
+// take the width the editor gains; the remark also takes its height.
+QGridLayout *frmEdit::CreateFormLayout()
+{
+    enum Column { LabelColumn, PickerColumn, TimeColumn, FullDayColumn, SpareColumn, ColumnCount };
+    constexpr int fieldSpan = ColumnCount - PickerColumn;
+    enum Row { NameRow, BeginRow, EndRow, RemarkRow, DocumentRow, IconRow };
+
+    auto *form = new QGridLayout;
+    form->setHorizontalSpacing(labelGap);
+    form->setColumnMinimumWidth(LabelColumn, minimumLabelWidth);
+    form->setColumnStretch(SpareColumn, 1);
+    form->setRowStretch(RemarkRow, 1);
+
+    form->addWidget(m_label1, NameRow, LabelColumn);
+    form->addWidget(m_txtName, NameRow, PickerColumn, 1, fieldSpan);
+
+    form->addWidget(m_label4, BeginRow, LabelColumn);
+    form->addWidget(m_dtPickerBegin, BeginRow, PickerColumn);
+    form->addWidget(m_cboTimeBegin, BeginRow, TimeColumn);
+    form->addWidget(m_label6, EndRow, LabelColumn);
+    form->addWidget(m_dtPickerEnd, EndRow, PickerColumn);
+    form->addWidget(m_cboTimeEnd, EndRow, TimeColumn);
+    for (QComboBox *box : { m_cboTimeBegin, m_cboTimeEnd })
+        box->setMinimumWidth(timeBoxWidth);
 
     // The full-day box sits beside both time boxes, between the begin and the end row.
-    const int fullDayLeft = timeLeft + timeWidth + 24;
-    const int fullDayTop = row(1) + (rowPitch + rowHeight) / 2 - 10;
-    m_chkFullTime->setGeometry(fullDayLeft, fullDayTop, 20, 20);
-    m_label2->setGeometry(fullDayLeft + 22, fullDayTop, 100, 20);
+    auto *fullDay = new QHBoxLayout;
+    fullDay->setContentsMargins(fullDayIndent, 0, 0, 0);
+    fullDay->setSpacing(labelGap / 2);
+    fullDay->addWidget(m_chkFullTime);
+    fullDay->addWidget(m_label2);
+    form->addLayout(fullDay, BeginRow, FullDayColumn, 2, 1, Qt::AlignVCenter);
 
-    placeLabel(m_label3, 3);
-    m_txtRemark->setGeometry(fieldLeft, row(remarkRow), RemarkWidth, rowHeight + (remarkLines - 1) * rowPitch);
+    form->addWidget(m_label3, RemarkRow, LabelColumn, Qt::AlignTop);
+    const int rowHeight = m_txtName->sizeHint().height();
+    m_label3->setMinimumHeight(rowHeight);
+    m_txtRemark->setMinimumSize(RemarkWidth, remarkLines * rowHeight + (remarkLines - 1) * rowGap);
+    form->addWidget(m_txtRemark, RemarkRow, PickerColumn, 1, fieldSpan);
 
-    constexpr int browseWidth = 30;
-    constexpr int openWidth = 80;
-    placeLabel(m_lblDocument, 4);
-    m_txtDocument->setGeometry(fieldLeft, row(4), RemarkWidth - browseWidth - openWidth - 12,
-                               rowHeight);
-    m_cmdDocumentBrowser->setGeometry(fieldLeft + RemarkWidth - openWidth - browseWidth - 6,
-                                      row(4), browseWidth, rowHeight);
-    m_cmdOpenDocument->setGeometry(fieldLeft + RemarkWidth - openWidth, row(4), openWidth,
-                                   rowHeight);
+    auto *document = new QHBoxLayout;
+    document->addWidget(m_txtDocument, 1);
+    document->addWidget(m_cmdDocumentBrowser);
+    document->addWidget(m_cmdOpenDocument);
+    form->addWidget(m_lblDocument, DocumentRow, LabelColumn);
+    form->addLayout(document, DocumentRow, PickerColumn, 1, fieldSpan);
 
-    const int iconTop = row(5);
-    placeLabel(m_lblIcon, 5);
-    m_lblIcon->move(margin, iconTop + (iconBoxSize - rowHeight) / 2);
-    m_imgIcon->setGeometry(fieldLeft, iconTop, iconBoxSize, iconBoxSize);
-    m_cmdEdit->setGeometry(fieldLeft + iconBoxSize + 8, iconTop + (iconBoxSize - rowHeight) / 2,
-                           browseWidth, rowHeight);
-    m_cmdDeleteIcon->setGeometry(m_cmdEdit->geometry().right() + 5, m_cmdEdit->y(), browseWidth,
-                                 rowHeight);
+    m_imgIcon->setFixedSize(iconBoxSize, iconBoxSize);
+    auto *icon = new QHBoxLayout;
+    icon->addWidget(m_imgIcon);
+    icon->addWidget(m_cmdEdit);
+    icon->addWidget(m_cmdDeleteIcon);
+    icon->addStretch(1);
+    form->addWidget(m_lblIcon, IconRow, LabelColumn);
+    form->addLayout(icon, IconRow, PickerColumn, 1, fieldSpan);
+    for (QPushButton *small : { m_cmdDocumentBrowser, m_cmdEdit, m_cmdDeleteIcon })
+        small->setFixedWidth(smallButtonWidth);
+    return form;
+}
 
-    constexpr int buttonWidth = 90;
-    constexpr int buttonHeight = 28;
-    const int buttonTop = iconTop + iconBoxSize + 20;
-    m_cmdDelete->setGeometry(margin, buttonTop, buttonWidth, buttonHeight);
-    m_cancelButton->setGeometry(formWidth - margin - buttonWidth, buttonTop, buttonWidth,
-                                buttonHeight);
-    m_cmdOK->setGeometry(m_cancelButton->x() - 8 - buttonWidth, buttonTop, buttonWidth,
-                         buttonHeight);
+QHBoxLayout *frmEdit::CreateButtonRow()
+{
+    auto *buttons = new QHBoxLayout;
+    buttons->addWidget(m_cmdDelete);
+    buttons->addStretch(1);
+    buttons->addWidget(m_cmdOK);
+    buttons->addWidget(m_cancelButton);
+    for (QPushButton *button : { m_cmdDelete, m_cmdOK, m_cancelButton })
+        button->setMinimumWidth(buttonWidth);
+    return buttons;
+}
 
-    const int statusTop = buttonTop + buttonHeight + 12;
-    const int statusHeight = m_statusBar->sizeHint().height();
-    m_statusLine->setGeometry(0, statusTop - 1, formWidth, 1);
-    m_statusBar->setGeometry(0, statusTop, formWidth, statusHeight);
-    setFixedSize(formWidth, statusTop + statusHeight);
-
+void frmEdit::SetTabOrder()
+{
     setTabOrder(m_txtName, m_dtPickerBegin);
     setTabOrder(m_dtPickerBegin, m_cboTimeBegin);
     setTabOrder(m_cboTimeBegin, m_dtPickerEnd);

@@ -14,6 +14,8 @@ class QCheckBox;
 class QComboBox;
 class QDateEdit;
 class QFrame;
+class QGridLayout;
+class QHBoxLayout;
 class QLabel;
 class QLineEdit;
 class QPlainTextEdit;
@@ -41,6 +43,7 @@ public:
     static constexpr int UnloadModeOwner = 5;
     //! QueryUnload() reason: the user pressed the close box.
     static constexpr int UnloadModeControlMenu = 0;
+    //! The smallest width of the remark box, in pixels; the editor grows it with its own width.
     static constexpr int RemarkWidth = 377;
     static constexpr int TimeListEntries = 47;
 
@@ -112,6 +115,9 @@ private:
     void MarkTypedCommits(QLineEdit *edit, bool typing);
     QPushButton *CreateButton(const QString &name, const QString &caption);
     void LayoutControls();
+    QGridLayout *CreateFormLayout();
+    QHBoxLayout *CreateButtonRow();
+    void SetTabOrder();
     void ConnectControls();
 
     // SetDateValues' steps

@@ -117,7 +117,7 @@ kvParameterizedSql::Engine kvAppointmentStore::Engine() const
 
 kvTableName kvAppointmentStore::TableName() const
 {
-    return kvTableName::Parse(m_recordSource, m_connection->engine());
+    return kvTableName::Parse(m_recordSource, kvDataSource::Of(*m_connection).engine());
 }
 
 QString kvAppointmentStore::TableSource() const

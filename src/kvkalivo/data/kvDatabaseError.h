@@ -20,7 +20,7 @@ class QSqlError;
     caller that the database cannot serve anything just now, so that a series of reads
     (the days of a grid) stops at the first such failure instead of waiting once per read.
 */
-class KVKALIVO_EXPORT kvDatabaseError : public kvRuntimeError
+class KVKALIVO_TESTS_EXPORT kvDatabaseError : public kvRuntimeError
 {
 public:
     //! Why the database failed.

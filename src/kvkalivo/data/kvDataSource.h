@@ -6,6 +6,7 @@
 #include <QStringList>
 
 class QSqlDatabase;
+class kvConnection;
 class kvConnectionString;
 
 /*!
@@ -47,6 +48,8 @@ public:
     static kvDataSource FromConnectionString(const QString &connectionString);
     //! Provider and ConnectionString as read back from a host's own QSqlDatabase (no password).
     static kvDataSource FromDatabase(const QSqlDatabase &database);
+    //! What \a connection was opened with: its connection string's or its wrapped driver's.
+    static const kvDataSource &Of(const kvConnection &connection);
 
     //! "SQLite", "MariaDB", "SQLServer", "Access", "ODBC".
     static QString EngineName(Engine engine);
