@@ -50,6 +50,16 @@ void showAndWait(ctlDay &cell)
     QVERIFY(QTest::qWaitForWindowExposed(&cell));
 }
 
+// Twenty shown rows of 16 pixels (after a resize), the 12th to the 20th below the cell.
+std::unique_ptr<ctlDay> scrolledCell()
+{
+    auto cell = makeCell(180, 200);
+    addRows(*cell, 20);
+    showAndWait(*cell);
+    cell->resize(181, 200);
+    return cell;
+}
+
 //! Records \a name(arguments) into \a events.
 template <typename... Arguments>
 auto recorder(QStringList &events, const char *name)
@@ -171,10 +181,7 @@ private slots:
         QFETCH(int, startValue);
         QFETCH(int, notches);
         QFETCH(int, expectedValue);
-        const auto cell = makeCell(180, 200);
-        addRows(*cell, 20);
-        showAndWait(*cell);
-        cell->resize(181, 200); // Resize: 16-pixel rows, the 12th to the 20th below the cell
+        const auto cell = scrolledCell();
         QCOMPARE(cell->VScroll()->maximum(), 9);
         cell->VScroll()->setValue(startValue);
         const QPointF overRow(40, cell->Entries(3)->Top() + 5);
@@ -188,13 +195,10 @@ private slots:
         QCOMPARE(cell->Entries(1)->Top(), 15 - expectedValue * 16);
     }
 
-    // A row selected by the keyboard is scrolled wholly into view, below the header.
+    // A selected row is scrolled wholly into view, below the header.
     void selectedRowIsScrolledIntoView()
     {
-        const auto cell = makeCell(180, 200);
-        addRows(*cell, 20);
-        showAndWait(*cell);
-        cell->resize(181, 200);
+        const auto cell = scrolledCell();
         for (qint16 index : {12, 20, 3, 1}) {
             cell->SelectEntry(index);
             QCOMPARE(cell->FocusEntryIndex(), index);
@@ -217,26 +221,6 @@ private slots:
         QCOMPARE(cell->ctlHeader().BackColor(), 0xE0E0E0u);
     }
 
-    void holidayHeaderIsRedAndBoldWhenNotTheActualDay()
-    {
-        const auto cell = makeCell(180, 120, kvDate::fromDate(QDate(2025, 12, 25)));
-        cell->setIsActualDay(false);
-        cell->setPublicHolidayName(QStringLiteral("1. Weihnachtstag"));
-        QCOMPARE(cell->PublicHolidayName(), QStringLiteral("1. Weihnachtstag"));
-        const ctlEntry::Label &day = cell->ctlHeader().lblTime();
-        QCOMPARE(day.Caption, QStringLiteral("25"));
-        QVERIFY(day.Bold);
-        QCOMPARE(day.ForeColor, 255u);
-
-        const QImage image = cell->grab().toImage();
-        bool red = false;
-        for (int x = 0; x < 35 && !red; ++x) {
-            for (int y = 0; y < 14 && !red; ++y)
-                red = image.pixelColor(x, y).rgb() == qRgb(255, 0, 0);
-        }
-        QVERIFY(red);
-    }
-
     void borderShrinksTheInnerArea()
     {
         const auto cell = makeCell(180, 120);
@@ -251,10 +235,10 @@ private slots:
     }
 
     // Every positive ImageID adds an icon at 200 + k * 16, whichever rows carry them; an ID
-    // below 11 adds an empty one.
-    void positiveImageIdsAddIcons()
+    // below 11 adds an empty one. ClearDates leaves the first icon and hides the bar.
+    void iconsAndClearDates()
     {
-        const auto cell = makeCell(300, 120);
+        const auto cell = makeCell(300, 100);
         addRow(*cell, QStringLiteral("ohne"), at(9, 0), 0);
         addRow(*cell, QStringLiteral("negativ"), at(10, 0), -3);
         QCOMPARE(cell->imgDateImageCount(), 1);
@@ -266,24 +250,16 @@ private slots:
         QVERIFY(!cell->imgDateImage(1).Picture.isNull());
         QCOMPARE(cell->imgDateImage(2).Geometry.left(), 232);
         QVERIFY(cell->imgDateImage(2).Picture.isNull());
-        cell->resize(320, 120);
+        cell->resize(320, 100);
         showAndWait(*cell);
         QCOMPARE(cell->imgDateImage(2).Geometry.left(), 232);
-    }
-
-
-    void clearDatesRemovesRowsAndIcons()
-    {
-        const auto cell = makeCell(300, 100);
-        addRow(*cell, QStringLiteral("a"), at(9, 0), 11);
-        addRows(*cell, 7);
+        addRows(*cell, 4);
         QVERIFY(!cell->VScroll()->isHidden());
         cell->ClearDates();
         QCOMPARE(cell->EntriesCount(), 0);
         QCOMPARE(cell->imgDateImageCount(), 1);
         QVERIFY(cell->VScroll()->isHidden());
         QCOMPARE(cell->VScroll()->maximum(), 0);
-
         addRow(*cell, QStringLiteral("neu"));
         QCOMPARE(cell->Entries(1)->Text(), QStringLiteral("neu"));
         QCOMPARE(cell->Entries(1)->Top(), 15);
@@ -360,7 +336,9 @@ private slots:
         QCOMPARE(log.events, QStringList{QStringLiteral("DayDblClick()")});
     }
 
-    void aPressedRowKeepsTheMouse()
+    // A pressed row keeps the mouse until released; SetCapture routes moves to its row until
+    // ReleaseCapture; capturing a missing row reports 200.
+    void rowsCaptureTheMouse()
     {
         const auto cell = makeCell(180, 120);
         addRows(*cell, 3);
@@ -370,24 +348,20 @@ private slots:
         sendMouse(*cell, QEvent::MouseMove, QPointF(60, 50), Qt::NoButton, Qt::LeftButton);
         sendMouse(*cell, QEvent::MouseButtonRelease, QPointF(60, 100), Qt::LeftButton, Qt::NoButton);
         sendMouse(*cell, QEvent::MouseMove, QPointF(60, 50), Qt::NoButton, Qt::NoButton);
-        QCOMPARE(log.events, (QStringList{QStringLiteral("EntryMouseDown(1,60,29,0,15,180,15)"),
-                                          QStringLiteral("EntryMouseMove(1,60,50,0,15,180,15)"),
-                                          QStringLiteral("EntryMouseUp(1,1,0,60,85)"),
-                                          QStringLiteral("EntryMouseMove(3,60,50,0,45,180,15)")}));
-    }
-
-    void setCaptureRoutesMovesToTheRow()
-    {
-        const auto cell = makeCell(180, 120);
-        addRows(*cell, 3);
-        showAndWait(*cell);
-        EventLog log(*cell);
         cell->SetCapture(1);
         sendMouse(*cell, QEvent::MouseMove, QPointF(60, 100), Qt::NoButton, Qt::NoButton);
         cell->ReleaseCapture();
         QVERIFY(QWidget::mouseGrabber() != cell.get());
         sendMouse(*cell, QEvent::MouseMove, QPointF(60, 100), Qt::NoButton, Qt::NoButton);
-        QCOMPARE(log.events, QStringList{QStringLiteral("EntryMouseMove(1,60,100,0,15,180,15)")});
+        QCOMPARE(log.events, (QStringList{QStringLiteral("EntryMouseDown(1,60,29,0,15,180,15)"),
+                                          QStringLiteral("EntryMouseMove(1,60,50,0,15,180,15)"),
+                                          QStringLiteral("EntryMouseUp(1,1,0,60,85)"),
+                                          QStringLiteral("EntryMouseMove(3,60,50,0,45,180,15)"),
+                                          QStringLiteral("EntryMouseMove(1,60,100,0,15,180,15)")}));
+        cell->SetCapture(9);
+        QCOMPARE(m_messageBox.CallCount(), 1);
+        QVERIFY(m_messageBox.LastCall().prompt.startsWith(QStringLiteral("kvKalivo-Fehlercode 200\r\n")));
+        m_messageBox.Clear();
     }
 
     void clearDatesWhileARowIsRaisingIsSafe()
@@ -431,15 +405,6 @@ private slots:
             QCOMPARE(m_messageBox.LastCall().prompt, prompt);
             QCOMPARE(m_messageBox.LastCall().title, QStringLiteral("kvKalivo.ocx"));
         }
-        m_messageBox.Clear();
-    }
-
-    void captureOfAMissingRowReports200()
-    {
-        const auto cell = makeCell(180, 120);
-        cell->SetCapture(9);
-        QCOMPARE(m_messageBox.CallCount(), 1);
-        QVERIFY(m_messageBox.LastCall().prompt.startsWith(QStringLiteral("kvKalivo-Fehlercode 200\r\n")));
         m_messageBox.Clear();
     }
 };
