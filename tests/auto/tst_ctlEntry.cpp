@@ -1,8 +1,6 @@
 // A row of a day cell: its layout, the shortened text, header marks, hits and events.
 #include "ctlEntry.h"
 
-#include "kvOleColor.h"
-
 #include <QFontMetrics>
 #include <QImage>
 #include <QPainter>
@@ -20,11 +18,6 @@ QFont rowFont()
     QFont font = QApplication::font();
     font.setPixelSize(11);
     return font;
-}
-
-int widthOf(const QString &text)
-{
-    return QFontMetrics(rowFont()).horizontalAdvance(text);
 }
 
 // A row as its cell makes it: the cell's font, Init, then its place in the cell.
@@ -70,30 +63,20 @@ private slots:
         QCOMPARE(row.Time(), QString());
     }
 
+    // At every width, down to where even "..." does not fit and the caption is empty.
     void shorteningMatchesTheRuleAtEveryWidth()
     {
         ctlEntry row;
         initRow(row, LongText, 180);
-        for (int width = 36; width <= 35 + widthOf(LongText) + 2; ++width) {
+        for (int width = 36; width <= 35 + QFontMetrics(rowFont()).horizontalAdvance(LongText) + 2; ++width) {
             row.setWidth(width);
             const int labelWidth = width - 35;
             QCOMPARE(row.lblText().Geometry.width(), labelWidth);
             QCOMPARE(row.lblText().Caption, shortened(LongText, labelWidth));
-            QVERIFY(widthOf(row.lblText().Caption) <= labelWidth);
+            QVERIFY(QFontMetrics(rowFont()).horizontalAdvance(row.lblText().Caption) <= labelWidth);
             QCOMPARE(row.Text(), LongText);
             QCOMPARE(row.OverflowText(), row.lblText().Caption == LongText ? QString() : LongText);
         }
-    }
-
-    void captionIsEmptyWhenEvenTheEllipsisDoesNotFit()
-    {
-        ctlEntry row;
-        initRow(row, LongText, 35 + widthOf(QStringLiteral("...")) - 1);
-        QCOMPARE(row.lblText().Caption, QString());
-        QCOMPARE(row.OverflowText(), LongText);
-
-        row.setWidth(35 + widthOf(QStringLiteral("...")));
-        QCOMPARE(row.lblText().Caption, QStringLiteral("..."));
     }
 
     void narrowRowLeavesTheTextLabelAlone()
@@ -177,54 +160,6 @@ private slots:
         QCOMPARE(row.HitTest(QPointF(180, 5)), ctlEntry::Part::None);
     }
 
-    void labelCoordinatesArriveInRowPixels()
-    {
-        ctlEntry row;
-        initRow(row, QStringLiteral("Zahnarzt"), 180);
-        QSignalSpy moves(&row, &ctlEntry::MouseMove);
-        row.HandleMouseMove(QPointF(60.5, 7.25), Qt::LeftButton | Qt::RightButton, Qt::ShiftModifier);
-        QCOMPARE(moves.size(), 1);
-        QCOMPARE(moves.at(0).at(0).value<qint16>(), qint16(3));
-        QCOMPARE(moves.at(0).at(1).value<qint16>(), qint16(1));
-        QCOMPARE(moves.at(0).at(2).toFloat(), 60.5f);
-        QCOMPARE(moves.at(0).at(3).toFloat(), 7.25f);
-
-        row.HandleMouseMove(QPointF(12, 3), Qt::NoButton, Qt::NoModifier);
-        QCOMPARE(moves.at(1).at(0).value<qint16>(), qint16(0));
-        QCOMPARE(moves.at(1).at(2).toFloat(), 12.0f);
-    }
-
-    void mouseDownOnlyOverTheBackground()
-    {
-        ctlEntry row;
-        initRow(row, QStringLiteral("Zahnarzt"), 180);
-        QSignalSpy downs(&row, &ctlEntry::MouseDown);
-        row.HandleMousePress(QPointF(60, 5), Qt::LeftButton, Qt::NoModifier);
-        row.HandleMousePress(QPointF(10, 5), Qt::LeftButton, Qt::NoModifier);
-        QCOMPARE(downs.size(), 0);
-        row.HandleMousePress(QPointF(60, 14), Qt::RightButton, Qt::ControlModifier | Qt::AltModifier);
-        QCOMPARE(downs.size(), 1);
-        QCOMPARE(downs.at(0).at(0).value<qint16>(), qint16(2));
-        QCOMPARE(downs.at(0).at(1).value<qint16>(), qint16(6));
-        QCOMPARE(downs.at(0).at(2).toFloat(), 60.0f);
-        QCOMPARE(downs.at(0).at(3).toFloat(), 14.0f);
-    }
-
-    void mouseUpOverLabelsAndBackground()
-    {
-        ctlEntry row;
-        initRow(row, QStringLiteral("Zahnarzt"), 180);
-        QSignalSpy ups(&row, &ctlEntry::MouseUp);
-        row.HandleMouseRelease(QPointF(60, 5), Qt::LeftButton, Qt::NoModifier);
-        row.HandleMouseRelease(QPointF(10, 5), Qt::MiddleButton, Qt::NoModifier);
-        row.HandleMouseRelease(QPointF(60, 14), Qt::LeftButton, Qt::NoModifier);
-        QCOMPARE(ups.size(), 3);
-        QCOMPARE(ups.at(0).at(2).toFloat(), 60.0f);
-        QCOMPARE(ups.at(1).at(0).value<qint16>(), qint16(4));
-        QCOMPARE(ups.at(1).at(2).toFloat(), 10.0f);
-        QCOMPARE(ups.at(2).at(3).toFloat(), 14.0f);
-    }
-
     void doubleClickOnALabelCarriesItsCaption()
     {
         ctlEntry row;
@@ -261,7 +196,6 @@ private slots:
         QCOMPARE(image.pixelColor(99, 2).rgb(), QColor(Qt::white).rgb()); // lblText's background
         QCOMPARE(image.pixelColor(50, 15).rgb(), QPalette().color(QPalette::Midlight).rgb()); // the separator
     }
-
 };
 
 QTEST_MAIN(tst_ctlEntry)
