@@ -26,6 +26,7 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <optional>
 #include <stdexcept>
 
 using namespace Qt::StringLiterals;
@@ -253,27 +254,24 @@ private slots:
         QCOMPARE(pdf.CallCount(), 0);
     }
 
-    void unwritableDeviceThrows482()
+    // A cancelled print is no failure and writes nothing; a device that cannot be written is 482.
+    void pdfDeviceCancelledOrUnwritable()
     {
-        kvPdfPrinterService pdf(m_folder.filePath(u"missing/folder/x.pdf"_s));
-        kvScopedService installed(pdf);
-        QCOMPARE(errorNumber([] { kvCalendarPrinter({at(2026, 11, 18), 2}).Print(); }), 482);
-        QCOMPARE(pdf.CallCount(), 1);
-    }
-
-    void cancelledPrintIsNoFailure()
-    {
-        kvPdfPrinterService pdf(pdfPath(u"cancelled"_s));
-        pdf.SetCancelled(true);
-        kvScopedService installed(pdf);
+        kvPdfPrinterService cancelled(pdfPath(u"cancelled"_s));
+        cancelled.SetCancelled(true);
+        std::optional<kvScopedService<kvPdfPrinterService>> installed(std::in_place, cancelled);
         bool printed = true;
         QCOMPARE(errorNumber([&] { printed = kvCalendarPrinter({at(2026, 11, 18), 2}).Print(); }), 0);
         QVERIFY(!printed);
-        QCOMPARE(pdf.CallCount(), 1);
-        QCOMPARE(pdf.Calls().first().DocumentName, u"Kalender November 2026"_s);
-        QCOMPARE(pdf.Calls().first().PageLayout.orientation(), QPageLayout::Landscape);
-        QCOMPARE(pdf.Calls().first().PageLayout.pageSize().id(), QPageSize::A4);
-        QVERIFY(!QFileInfo::exists(pdf.FilePath()));
+        QCOMPARE(cancelled.CallCount(), 1);
+        QCOMPARE(cancelled.Calls().first().DocumentName, u"Kalender November 2026"_s);
+        QCOMPARE(cancelled.Calls().first().PageLayout.orientation(), QPageLayout::Landscape);
+        QCOMPARE(cancelled.Calls().first().PageLayout.pageSize().id(), QPageSize::A4);
+        QVERIFY(!QFileInfo::exists(cancelled.FilePath()));
+        kvPdfPrinterService unwritable(m_folder.filePath(u"missing/folder/x.pdf"_s));
+        installed.emplace(unwritable);
+        QCOMPARE(errorNumber([] { kvCalendarPrinter({at(2026, 11, 18), 2}).Print(); }), 482);
+        QCOMPARE(unwritable.CallCount(), 1);
     }
 
     void sqliteAppointmentsThroughTheStore()
