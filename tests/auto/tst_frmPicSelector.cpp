@@ -33,11 +33,6 @@ bool writeIcon(const QDir &folder, const QString &name, QRgb colour)
     return image.save(folder.filePath(name), "ICO");
 }
 
-bool writeIcon(const QDir &folder, int imageId)
-{
-    return writeIcon(folder, QString::number(imageId) + QStringLiteral(".ico"), colourOf(imageId));
-}
-
 bool writeBytes(const QDir &folder, const QString &name, const QByteArray &bytes)
 {
     QFile file(folder.filePath(name));
@@ -93,7 +88,7 @@ private:
         folder.mkdir(name);
         folder.cd(name);
         for (int id : imageIds)
-            writeIcon(folder, id);
+            writeIcon(folder, QString::number(id) + QStringLiteral(".ico"), colourOf(id));
         return folder;
     }
 
@@ -109,6 +104,7 @@ private slots:
 
     void cleanup() { picker().hide(); }
 
+    // One hidden modal picker per thread; Escape and Close hide it and keep the selection.
     void oneHiddenModalPickerPerThread()
     {
         frmPicSelector &first = frmPicSelector::ThreadInstance();
@@ -119,6 +115,17 @@ private slots:
         other->start();
         QVERIFY(other->wait());
         QVERIFY(!otherThreadHasOne);
+        showPicker();
+        QTest::mouseClick(picker().CategoryImages(1)(4), Qt::LeftButton);
+        showPicker();
+        picker().TabStrip()->setFocus();
+        QTest::keyClick(picker().TabStrip(), Qt::Key_Escape);
+        QVERIFY(!picker().isVisible());
+        showPicker();
+        picker().close();
+        QVERIFY(!picker().isVisible());
+        QCOMPARE(picker().ImgId(), qint16(14));
+        QVERIFY(frmPicSelector::HasThreadInstance());
     }
 
     // A sub folder holds a .png and maybe a folder named like an icon, but no .ico file.
@@ -228,22 +235,6 @@ private slots:
         QCOMPARE(picker().CategorySizes(), builtinSizes);
     }
 
-    // Five pictures a row, 32 pixels apart; only the chosen tab's pictures show.
-    void builtinGrid()
-    {
-        const qint16 builtinRows[] = { 5, 3, 2, 3, 2, 3 };
-        for (int tab = 0; tab < 6; ++tab)
-            QCOMPARE(picker().TabInfos().at(tab).RowCount(), builtinRows[tab]);
-        for (int i = 1; i <= 21; ++i)
-            QCOMPARE(picker().CategoryImages(1)(i)->geometry(), QRect((i - 1) % 5 * 32, (i - 1) / 5 * 32, 33, 33));
-        QCOMPARE(picker().PicContainer()(1)->size(), QSize(161, 161));
-        for (int selected = 5; selected >= 0; --selected) {
-            picker().TabStrip()->setCurrentIndex(selected);
-            for (int tab = 1; tab <= 6; ++tab)
-                QCOMPARE(picker().PicContainer()(tab)->isHidden(), tab != selected + 1);
-        }
-    }
-
     // Rows move by 32 pixels; each tab keeps its own position; the wheel over the pictures scrolls.
     void scrolling()
     {
@@ -336,37 +327,6 @@ private slots:
         picker().Reset();
         QCOMPARE(picker().ImgId(), qint16(0));
         QCOMPARE(picker().GetImgListIndex(), qint16(0));
-    }
-
-    void escapeAndCloseKeepTheSelection()
-    {
-        showPicker();
-        QTest::mouseClick(picker().CategoryImages(1)(4), Qt::LeftButton);
-        showPicker();
-        picker().TabStrip()->setFocus();
-        QTest::keyClick(picker().TabStrip(), Qt::Key_Escape);
-        QVERIFY(!picker().isVisible());
-        showPicker();
-        picker().close();
-        QVERIFY(!picker().isVisible());
-        QCOMPARE(picker().ImgId(), qint16(14));
-        QVERIFY(frmPicSelector::HasThreadInstance());
-    }
-
-    //! Each built-in picture has its own drawing at 16 and at 32 pixels.
-    void builtinPicturesAreCrispAndAllDiffer()
-    {
-        QSet<QByteArray> drawings;
-        for (int index = 1; index <= 75; ++index) {
-            const QIcon icon = picker().ImageListBig().ListImage(index);
-            QCOMPARE(picker().ImageListSmall().Picture(index).size(), QSize(16, 16));
-            for (int size : {16, 32}) {
-                QVERIFY(icon.availableSizes().contains(QSize(size, size)));
-                const QImage image = icon.pixmap(QSize(size, size)).toImage().convertToFormat(QImage::Format_ARGB32);
-                drawings.insert(QByteArray(reinterpret_cast<const char *>(image.constBits()), image.sizeInBytes()));
-            }
-        }
-        QCOMPARE(drawings.size(), 150);
     }
 };
 
