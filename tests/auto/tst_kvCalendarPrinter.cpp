@@ -127,11 +127,6 @@ QStringList expectedLabels(const kvDate &first, int count)
     return labels;
 }
 
-bool isPreview(QDialog *dialog)
-{
-    return dialog->objectName() == QLatin1String(kvSystemPrinterService::PreviewObjectName);
-}
-
 } // namespace
 
 class tst_kvCalendarPrinter : public QObject
@@ -348,6 +343,9 @@ private slots:
             }
             if (stage == 0)
                 return dialog->reject();
+            const auto isPreview = [](QDialog *d) {
+                return d->objectName() == QLatin1String(kvSystemPrinterService::PreviewObjectName);
+            };
             whenShown<QDialog>(isPreview, [&](QDialog *preview) {
                 auto *widget = preview->findChild<QPrintPreviewWidget *>();
                 previewPages = widget ? widget->pageCount() : -1;
