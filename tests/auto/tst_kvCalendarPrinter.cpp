@@ -38,46 +38,28 @@ kvDate at(int year, int month, int day, int hour = 0, int minute = 0)
     return kvDate::fromDate(QDate(year, month, day), QTime(hour, minute));
 }
 
-struct Appointment
-{
-    kvDate Begin;
-    kvDate End;
-    QString Name;
-};
-
-//! A day loader over a list, as the store's per-day query fills a cell: continued rows get "<--".
-kvCalendarPrinter::DayLoader listLoader(const QList<Appointment> &appointments)
-{
-    return [appointments](const kvDate &day, ctlDay &cell) {
-        qint32 id = 0;
-        for (const Appointment &a : appointments) {
-            ++id;
-            if (day < a.Begin.dateOnly() || day > a.End.dateOnly())
-                continue;
-            cell.AddDate(id, a.Begin, a.End, a.Name, QString(), QString(), 0, 0xFFFFFFu, 0);
-            if (day > a.Begin)
-                cell.Entries(qint16(cell.EntriesCount()))->setIsContinuedDate(true);
-        }
-    };
-}
-
 const QString LongName = u"Jahreshauptversammlung des Kleingartenvereins Sonnenschein e.V. im Vereinsheim"_s;
 const QString Footnote = u"Gedruckt mit kvKalivo – Praxis Dr. Sommer, Telefon intern zwei"_s;
 
-QList<Appointment> novemberAppointments()
+//! November 2026, loaded as the store's per-day query fills a cell: continued rows get "<--".
+void loadNovember(const kvDate &day, ctlDay &cell)
 {
-    QList<Appointment> list{
-        {at(2026, 11, 3, 9, 30), at(2026, 11, 3, 10, 30), u"Zahnarzt Dr. Weber"_s},
-        {at(2026, 11, 5, 8, 0), at(2026, 11, 5, 9, 0), LongName},
-        {at(2026, 11, 10), at(2026, 11, 10), u"Betriebsausflug"_s},
-        {at(2026, 11, 12, 14, 0), at(2026, 11, 14, 12, 0), u"Messe München"_s},
-        {at(2026, 11, 25, 18, 15), at(2026, 11, 25, 20, 0), u"Elternabend"_s},
-        {at(2026, 11, 29, 11, 0), at(2026, 11, 29, 12, 0), u"Adventsbasar"_s},
+    const auto add = [&](const kvDate &begin, const kvDate &end, const QString &name) {
+        if (day < begin.dateOnly() || day > end.dateOnly())
+            return;
+        cell.AddDate(cell.EntriesCount() + 1, begin, end, name, QString(), QString(), 0, 0xFFFFFFu, 0);
+        if (day > begin)
+            cell.Entries(qint16(cell.EntriesCount()))->setIsContinuedDate(true);
     };
+    add(at(2026, 11, 3, 9, 30), at(2026, 11, 3, 10, 30), u"Zahnarzt Dr. Weber"_s);
+    add(at(2026, 11, 5, 8, 0), at(2026, 11, 5, 9, 0), LongName);
+    add(at(2026, 11, 10), at(2026, 11, 10), u"Betriebsausflug"_s);
+    add(at(2026, 11, 12, 14, 0), at(2026, 11, 14, 12, 0), u"Messe München"_s);
+    add(at(2026, 11, 25, 18, 15), at(2026, 11, 25, 20, 0), u"Elternabend"_s);
+    add(at(2026, 11, 29, 11, 0), at(2026, 11, 29, 12, 0), u"Adventsbasar"_s);
     for (int i = 1; i <= 12; ++i)
-        list.append({at(2026, 11, 27, 7 + i / 2, (i % 2) * 30), at(2026, 11, 27, 8 + i / 2),
-                     u"Termin %1"_s.arg(i, 2, 10, QLatin1Char('0'))});
-    return list;
+        add(at(2026, 11, 27, 7 + i / 2, (i % 2) * 30), at(2026, 11, 27, 8 + i / 2),
+            u"Termin %1"_s.arg(i, 2, 10, QLatin1Char('0')));
 }
 
 //! The text of \a pdf as `pdftotext -layout` extracts it.
@@ -188,7 +170,7 @@ private slots:
     void monthPrintsEverything()
     {
         kvCalendarPrinter::Job job{at(2026, 11, 18), kvCalendarPrinter::Month, Footnote};
-        job.LoadDay = listLoader(novemberAppointments());
+        job.LoadDay = loadNovember;
         const QString text = printToText(job, u"month-2026-11"_s);
         QVERIFY2(!text.isEmpty(), "nothing printed");
 
@@ -322,7 +304,7 @@ private slots:
         QFETCH(int, stage);
         const bool print = stage == 2;
         kvCalendarPrinter::Job calendar{at(2026, 11, 18), kvCalendarPrinter::Month, Footnote};
-        calendar.LoadDay = listLoader(novemberAppointments());
+        calendar.LoadDay = loadNovember;
         const kvCalendarPage page = kvCalendarPrinter(calendar).LoadPage();
         int rendered = 0;
         kvPrinterService::Job job{u"Kalender November 2026"_s, kvPrinterService::A4Landscape(),
