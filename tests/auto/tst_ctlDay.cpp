@@ -15,26 +15,23 @@
 
 namespace {
 
-const kvDate ChristmasEve = kvDate::fromDate(QDate(2025, 12, 24));
-
 kvDate at(int hour, int minute)
 {
     return kvDate::fromDate(QDate(2025, 12, 24), QTime(hour, minute));
 }
 
-std::unique_ptr<ctlDay> makeCell(int width, int height, const kvDate &day = ChristmasEve)
+std::unique_ptr<ctlDay> makeCell(int width, int height)
 {
     auto cell = std::make_unique<ctlDay>();
     cell->resize(width, height);
-    cell->Init(day, QString(), QString(), 0xE0E0E0, 0x000000);
+    cell->Init(kvDate::fromDate(QDate(2025, 12, 24)), QString(), QString(), 0xE0E0E0, 0x000000);
     return cell;
 }
 
-void addRow(ctlDay &cell, const QString &text, const kvDate &begin = at(10, 30), qint16 imgId = 0,
-            uint backColor = 0xFFFFFF, uint foreColor = 0x000000)
+void addRow(ctlDay &cell, const QString &text, const kvDate &begin = at(10, 30), qint16 imgId = 0)
 {
     cell.AddDate(1000 + cell.EntriesCount(), begin, begin.addMinutes(60), text,
-                 QStringLiteral("Bemerkung"), QString(), imgId, backColor, foreColor);
+                 QStringLiteral("Bemerkung"), QString(), imgId, 0xFFFFFF, 0x000000);
 }
 
 void addRows(ctlDay &cell, int count)
@@ -59,7 +56,6 @@ std::unique_ptr<ctlDay> scrolledCell()
     return cell;
 }
 
-//! Records \a name(arguments) into \a events.
 template <typename... Arguments>
 auto recorder(QStringList &events, const char *name)
 {
@@ -86,10 +82,9 @@ struct EventLog
     QStringList events;
 };
 
-void sendMouse(ctlDay &cell, QEvent::Type type, QPointF pos, Qt::MouseButton button,
-               Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
+void sendMouse(ctlDay &cell, QEvent::Type type, QPointF pos, Qt::MouseButton button, Qt::MouseButtons buttons)
 {
-    QMouseEvent event(type, pos, cell.mapToGlobal(pos), button, buttons, modifiers);
+    QMouseEvent event(type, pos, cell.mapToGlobal(pos), button, buttons, Qt::NoModifier);
     QCoreApplication::sendEvent(&cell, &event);
 }
 

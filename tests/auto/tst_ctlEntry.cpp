@@ -49,7 +49,7 @@ class tst_ctlEntry : public QObject
 
 private slots:
     // Init: the row is one pixel higher than its text; midnight shows no time. A row narrower
-    // than its time label leaves the text label alone.
+    // than its time label leaves the text label alone; a continued row shows "<--".
     void initSizesTheRow()
     {
         ctlEntry row;
@@ -63,6 +63,9 @@ private slots:
         row.setWidth(35);
         QCOMPARE(row.lblText().Geometry, QRect(35, 0, 145, 14));
         QCOMPARE(row.linSeperator().X2, 35);
+        row.setIsContinuedDate(false); // the marker shows whatever is written
+        QCOMPARE(row.Time(), QStringLiteral("<--"));
+        QVERIFY(!row.IsContinuedDate());
     }
 
     // At every width, down to where even "..." does not fit and the caption is empty.
@@ -79,15 +82,6 @@ private slots:
             QCOMPARE(row.Text(), LongText);
             QCOMPARE(row.OverflowText(), row.lblText().Caption == LongText ? QString() : LongText);
         }
-    }
-
-    void continuedDateShowsTheMarkerWhateverIsWritten()
-    {
-        ctlEntry row;
-        initRow(row, QStringLiteral("Messe"), 180, QStringLiteral("09:00"));
-        row.setIsContinuedDate(false);
-        QCOMPARE(row.Time(), QStringLiteral("<--"));
-        QVERIFY(!row.IsContinuedDate());
     }
 
     // A day header's number: bold on the selected day, bold and red (255) with the holiday name
