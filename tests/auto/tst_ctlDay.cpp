@@ -15,27 +15,23 @@
 
 namespace {
 
-const kvDate ChristmasEve = kvDate::fromDate(QDate(2025, 12, 24));
-constexpr uint HeaderGrey = 0xE0E0E0;
-
 kvDate at(int hour, int minute)
 {
     return kvDate::fromDate(QDate(2025, 12, 24), QTime(hour, minute));
 }
 
-std::unique_ptr<ctlDay> makeCell(int width, int height, const kvDate &day = ChristmasEve)
+std::unique_ptr<ctlDay> makeCell(int width, int height)
 {
     auto cell = std::make_unique<ctlDay>();
     cell->resize(width, height);
-    cell->Init(day, QString(), QString(), HeaderGrey, 0x000000);
+    cell->Init(kvDate::fromDate(QDate(2025, 12, 24)), QString(), QString(), 0xE0E0E0, 0x000000);
     return cell;
 }
 
-void addRow(ctlDay &cell, const QString &text, const kvDate &begin = at(10, 30), qint16 imgId = 0,
-            uint backColor = 0xFFFFFF, uint foreColor = 0x000000)
+void addRow(ctlDay &cell, const QString &text, const kvDate &begin = at(10, 30), qint16 imgId = 0)
 {
     cell.AddDate(1000 + cell.EntriesCount(), begin, begin.addMinutes(60), text,
-                 QStringLiteral("Bemerkung"), QString(), imgId, backColor, foreColor);
+                 QStringLiteral("Bemerkung"), QString(), imgId, 0xFFFFFF, 0x000000);
 }
 
 void addRows(ctlDay &cell, int count)
@@ -50,7 +46,16 @@ void showAndWait(ctlDay &cell)
     QVERIFY(QTest::qWaitForWindowExposed(&cell));
 }
 
-//! Records \a name(arguments) into \a events.
+// Twenty shown rows of 16 pixels (after a resize), the 12th to the 20th below the cell.
+std::unique_ptr<ctlDay> scrolledCell()
+{
+    auto cell = makeCell(180, 200);
+    addRows(*cell, 20);
+    showAndWait(*cell);
+    cell->resize(181, 200);
+    return cell;
+}
+
 template <typename... Arguments>
 auto recorder(QStringList &events, const char *name)
 {
@@ -77,10 +82,9 @@ struct EventLog
     QStringList events;
 };
 
-void sendMouse(ctlDay &cell, QEvent::Type type, QPointF pos, Qt::MouseButton button,
-               Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
+void sendMouse(ctlDay &cell, QEvent::Type type, QPointF pos, Qt::MouseButton button, Qt::MouseButtons buttons)
 {
-    QMouseEvent event(type, pos, cell.mapToGlobal(pos), button, buttons, modifiers);
+    QMouseEvent event(type, pos, cell.mapToGlobal(pos), button, buttons, Qt::NoModifier);
     QCoreApplication::sendEvent(&cell, &event);
 }
 
@@ -109,13 +113,15 @@ private slots:
         kvFaultInjection::Disarm();
     }
 
-    void rowsFollowEachOtherInTheOrderOfTheCalls()
+    // Rows follow each other in the order of the calls; from the sixth in a 100-pixel cell the
+    // bar shows, and a resize makes every row 16 pixels.
+    void rowsAndTheScrollBar()
     {
-        const auto cell = makeCell(180, 120);
+        const auto cell = makeCell(180, 100);
+        showAndWait(*cell);
         addRow(*cell, QStringLiteral("Zahnarzt"), at(14, 0));
         addRow(*cell, QStringLiteral("Frühstück"), at(8, 0));
         addRow(*cell, QStringLiteral("Kino"), at(20, 15));
-        QCOMPARE(cell->EntriesCount(), 3);
         const QStringList texts{QStringLiteral("Zahnarzt"), QStringLiteral("Frühstück"), QStringLiteral("Kino")};
         const QStringList times{QStringLiteral("14:00"), QStringLiteral("08:00"), QStringLiteral("20:15")};
         for (int i = 1; i <= 3; ++i) {
@@ -128,16 +134,10 @@ private slots:
             QCOMPARE(row->ShowLineSeperator(), i < 3); // a separator under every row but the last
         }
         QVERIFY(!cell->ctlHeader().ShowLineSeperator());
-    }
-
-    void sixthRowOfAHundredPixelCellShowsTheScrollBar()
-    {
-        const auto cell = makeCell(180, 100);
-        showAndWait(*cell);
-        addRows(*cell, 5);
+        addRows(*cell, 2);
         QVERIFY(!cell->VScroll()->isVisible());
         addRow(*cell, QStringLiteral("sechs"));
-        cell->resize(181, 100); // Resize: every row 16 pixels
+        cell->resize(181, 100);
         for (int i = 1; i <= 6; ++i) {
             QCOMPARE(cell->Entries(qint16(i))->Height(), 16);
             QCOMPARE(cell->Entries(qint16(i))->Top(), 15 + (i - 1) * 16);
@@ -147,7 +147,6 @@ private slots:
         QVERIFY(cell->VScroll()->isVisible());
         const int barWidth = cell->VScroll()->width();
         QCOMPARE(cell->VScroll()->geometry(), QRect(181 - barWidth, 15, barWidth, 100 - 16 - 1));
-
         addRow(*cell, QStringLiteral("sieben"));
         QCOMPARE(cell->VScroll()->maximum(), 2);
         cell->resize(180, 100);
@@ -171,10 +170,7 @@ private slots:
         QFETCH(int, startValue);
         QFETCH(int, notches);
         QFETCH(int, expectedValue);
-        const auto cell = makeCell(180, 200);
-        addRows(*cell, 20);
-        showAndWait(*cell);
-        cell->resize(181, 200); // Resize: 16-pixel rows, the 12th to the 20th below the cell
+        const auto cell = scrolledCell();
         QCOMPARE(cell->VScroll()->maximum(), 9);
         cell->VScroll()->setValue(startValue);
         const QPointF overRow(40, cell->Entries(3)->Top() + 5);
@@ -188,13 +184,10 @@ private slots:
         QCOMPARE(cell->Entries(1)->Top(), 15 - expectedValue * 16);
     }
 
-    // A row selected by the keyboard is scrolled wholly into view, below the header.
+    // A selected row is scrolled wholly into view, below the header.
     void selectedRowIsScrolledIntoView()
     {
-        const auto cell = makeCell(180, 200);
-        addRows(*cell, 20);
-        showAndWait(*cell);
-        cell->resize(181, 200);
+        const auto cell = scrolledCell();
         for (qint16 index : {12, 20, 3, 1}) {
             cell->SelectEntry(index);
             QCOMPARE(cell->FocusEntryIndex(), index);
@@ -202,39 +195,6 @@ private slots:
             const int top = cell->Entries(index)->Top();
             QVERIFY2(top >= 15 && top + 16 <= 200, qPrintable(QString::number(index)));
         }
-    }
-
-    void isTodayFalseKeepsTheTodayColourUntilDayHeaderColor2()
-    {
-        const auto cell = makeCell(180, 120);
-        cell->setDayHeaderColor2(0x808080);
-        cell->setTodayHeaderColor(0xC0C0FF);
-        cell->setIsToday(true);
-        QCOMPARE(cell->ctlHeader().BackColor(), 0xC0C0FFu);
-        cell->setIsToday(false);
-        QCOMPARE(cell->ctlHeader().BackColor(), 0xC0C0FFu);
-        cell->setDayHeaderColor2(0xE0E0E0);
-        QCOMPARE(cell->ctlHeader().BackColor(), 0xE0E0E0u);
-    }
-
-    void holidayHeaderIsRedAndBoldWhenNotTheActualDay()
-    {
-        const auto cell = makeCell(180, 120, kvDate::fromDate(QDate(2025, 12, 25)));
-        cell->setIsActualDay(false);
-        cell->setPublicHolidayName(QStringLiteral("1. Weihnachtstag"));
-        QCOMPARE(cell->PublicHolidayName(), QStringLiteral("1. Weihnachtstag"));
-        const ctlEntry::Label &day = cell->ctlHeader().lblTime();
-        QCOMPARE(day.Caption, QStringLiteral("25"));
-        QVERIFY(day.Bold);
-        QCOMPARE(day.ForeColor, 255u);
-
-        const QImage image = cell->grab().toImage();
-        bool red = false;
-        for (int x = 0; x < 35 && !red; ++x) {
-            for (int y = 0; y < 14 && !red; ++y)
-                red = image.pixelColor(x, y).rgb() == qRgb(255, 0, 0);
-        }
-        QVERIFY(red);
     }
 
     void borderShrinksTheInnerArea()
@@ -251,10 +211,10 @@ private slots:
     }
 
     // Every positive ImageID adds an icon at 200 + k * 16, whichever rows carry them; an ID
-    // below 11 adds an empty one.
-    void positiveImageIdsAddIcons()
+    // below 11 adds an empty one. ClearDates leaves the first icon and hides the bar.
+    void iconsAndClearDates()
     {
-        const auto cell = makeCell(300, 120);
+        const auto cell = makeCell(300, 100);
         addRow(*cell, QStringLiteral("ohne"), at(9, 0), 0);
         addRow(*cell, QStringLiteral("negativ"), at(10, 0), -3);
         QCOMPARE(cell->imgDateImageCount(), 1);
@@ -266,24 +226,16 @@ private slots:
         QVERIFY(!cell->imgDateImage(1).Picture.isNull());
         QCOMPARE(cell->imgDateImage(2).Geometry.left(), 232);
         QVERIFY(cell->imgDateImage(2).Picture.isNull());
-        cell->resize(320, 120);
+        cell->resize(320, 100);
         showAndWait(*cell);
         QCOMPARE(cell->imgDateImage(2).Geometry.left(), 232);
-    }
-
-
-    void clearDatesRemovesRowsAndIcons()
-    {
-        const auto cell = makeCell(300, 100);
-        addRow(*cell, QStringLiteral("a"), at(9, 0), 11);
-        addRows(*cell, 7);
+        addRows(*cell, 4);
         QVERIFY(!cell->VScroll()->isHidden());
         cell->ClearDates();
         QCOMPARE(cell->EntriesCount(), 0);
         QCOMPARE(cell->imgDateImageCount(), 1);
         QVERIFY(cell->VScroll()->isHidden());
         QCOMPARE(cell->VScroll()->maximum(), 0);
-
         addRow(*cell, QStringLiteral("neu"));
         QCOMPARE(cell->Entries(1)->Text(), QStringLiteral("neu"));
         QCOMPARE(cell->Entries(1)->Top(), 15);
@@ -331,14 +283,11 @@ private slots:
         addRows(*cell, 3);
         showAndWait(*cell); // 15-pixel rows: row 2 spans y 30 .. 44
         EventLog log(*cell);
-        QTest::mouseMove(cell.get(), QPoint(101, 51)); // Qt drops a move to where the pointer is
-        QTest::mouseMove(cell.get(), QPoint(100, 50));
-        QCOMPARE(log.events.last(), QStringLiteral("EntryMouseMove(3,100,50,0,45,180,15)"));
-        log.events.clear();
         QTest::mouseClick(cell.get(), Qt::MouseButton(button), Qt::KeyboardModifiers(modifiers), point);
         QCOMPARE(log.events, events);
     }
 
+    // A double click on a row raises EntryDblClick, elsewhere DayDblClick; a handler may reload the cell.
     void doubleClicks()
     {
         const auto cell = makeCell(300, 120);
@@ -358,9 +307,18 @@ private slots:
         log.events.clear();
         QTest::mouseDClick(cell->windowHandle(), Qt::LeftButton, Qt::NoModifier, QPoint(220, 5)); // the icon
         QCOMPARE(log.events, QStringList{QStringLiteral("DayDblClick()")});
+        connect(cell.get(), &ctlDay::EntryDblClick, cell.get(), [&cell] {
+            cell->ClearDates();
+            addRow(*cell, QStringLiteral("neu geladen"));
+        });
+        QTest::mouseDClick(cell->windowHandle(), Qt::LeftButton, Qt::NoModifier, QPoint(60, 36));
+        QCOMPARE(cell->EntriesCount(), 1);
+        QCOMPARE(cell->Entries(1)->Text(), QStringLiteral("neu geladen"));
     }
 
-    void aPressedRowKeepsTheMouse()
+    // A pressed row keeps the mouse until released; SetCapture routes moves to its row until
+    // ReleaseCapture; capturing a missing row reports 200.
+    void rowsCaptureTheMouse()
     {
         const auto cell = makeCell(180, 120);
         addRows(*cell, 3);
@@ -370,38 +328,20 @@ private slots:
         sendMouse(*cell, QEvent::MouseMove, QPointF(60, 50), Qt::NoButton, Qt::LeftButton);
         sendMouse(*cell, QEvent::MouseButtonRelease, QPointF(60, 100), Qt::LeftButton, Qt::NoButton);
         sendMouse(*cell, QEvent::MouseMove, QPointF(60, 50), Qt::NoButton, Qt::NoButton);
-        QCOMPARE(log.events, (QStringList{QStringLiteral("EntryMouseDown(1,60,29,0,15,180,15)"),
-                                          QStringLiteral("EntryMouseMove(1,60,50,0,15,180,15)"),
-                                          QStringLiteral("EntryMouseUp(1,1,0,60,85)"),
-                                          QStringLiteral("EntryMouseMove(3,60,50,0,45,180,15)")}));
-    }
-
-    void setCaptureRoutesMovesToTheRow()
-    {
-        const auto cell = makeCell(180, 120);
-        addRows(*cell, 3);
-        showAndWait(*cell);
-        EventLog log(*cell);
         cell->SetCapture(1);
         sendMouse(*cell, QEvent::MouseMove, QPointF(60, 100), Qt::NoButton, Qt::NoButton);
         cell->ReleaseCapture();
         QVERIFY(QWidget::mouseGrabber() != cell.get());
         sendMouse(*cell, QEvent::MouseMove, QPointF(60, 100), Qt::NoButton, Qt::NoButton);
-        QCOMPARE(log.events, QStringList{QStringLiteral("EntryMouseMove(1,60,100,0,15,180,15)")});
-    }
-
-    void clearDatesWhileARowIsRaisingIsSafe()
-    {
-        const auto cell = makeCell(180, 120);
-        addRows(*cell, 3);
-        showAndWait(*cell);
-        connect(cell.get(), &ctlDay::EntryDblClick, cell.get(), [&cell] {
-            cell->ClearDates();
-            addRow(*cell, QStringLiteral("neu geladen"));
-        });
-        QTest::mouseDClick(cell->windowHandle(), Qt::LeftButton, Qt::NoModifier, QPoint(60, 36));
-        QCOMPARE(cell->EntriesCount(), 1);
-        QCOMPARE(cell->Entries(1)->Text(), QStringLiteral("neu geladen"));
+        QCOMPARE(log.events, (QStringList{QStringLiteral("EntryMouseDown(1,60,29,0,15,180,15)"),
+                                          QStringLiteral("EntryMouseMove(1,60,50,0,15,180,15)"),
+                                          QStringLiteral("EntryMouseUp(1,1,0,60,85)"),
+                                          QStringLiteral("EntryMouseMove(3,60,50,0,45,180,15)"),
+                                          QStringLiteral("EntryMouseMove(1,60,100,0,15,180,15)")}));
+        cell->SetCapture(9);
+        QCOMPARE(m_messageBox.CallCount(), 1);
+        QVERIFY(m_messageBox.LastCall().prompt.startsWith(QStringLiteral("kvKalivo-Fehlercode 200\r\n")));
+        m_messageBox.Clear();
     }
 
     // A failure inside the cell is reported as 200 (a member routine) or 100 (while being
@@ -431,15 +371,6 @@ private slots:
             QCOMPARE(m_messageBox.LastCall().prompt, prompt);
             QCOMPARE(m_messageBox.LastCall().title, QStringLiteral("kvKalivo.ocx"));
         }
-        m_messageBox.Clear();
-    }
-
-    void captureOfAMissingRowReports200()
-    {
-        const auto cell = makeCell(180, 120);
-        cell->SetCapture(9);
-        QCOMPARE(m_messageBox.CallCount(), 1);
-        QVERIFY(m_messageBox.LastCall().prompt.startsWith(QStringLiteral("kvKalivo-Fehlercode 200\r\n")));
         m_messageBox.Clear();
     }
 };

@@ -1,12 +1,8 @@
-// A row of a day cell: its layout, the shortened text, header marks, hits and events.
 #include "ctlEntry.h"
-
-#include "kvOleColor.h"
 
 #include <QFontMetrics>
 #include <QImage>
 #include <QPainter>
-#include <QSignalSpy>
 #include <QtTest>
 
 namespace {
@@ -20,11 +16,6 @@ QFont rowFont()
     QFont font = QApplication::font();
     font.setPixelSize(11);
     return font;
-}
-
-int widthOf(const QString &text)
-{
-    return QFontMetrics(rowFont()).horizontalAdvance(text);
 }
 
 // A row as its cell makes it: the cell's font, Init, then its place in the cell.
@@ -57,7 +48,8 @@ class tst_ctlEntry : public QObject
     Q_OBJECT
 
 private slots:
-    // Init: the row is one pixel higher than its text; midnight shows no time.
+    // Init: the row is one pixel higher than its text; midnight shows no time. A row narrower
+    // than its time label leaves the text label alone; a continued row shows "<--".
     void initSizesTheRow()
     {
         ctlEntry row;
@@ -68,51 +60,28 @@ private slots:
         QCOMPARE(row.linSeperator().Y1, 16);
         QCOMPARE(row.lblTime().Caption, QString());
         QCOMPARE(row.Time(), QString());
+        row.setWidth(35);
+        QCOMPARE(row.lblText().Geometry, QRect(35, 0, 145, 14));
+        QCOMPARE(row.linSeperator().X2, 35);
+        row.setIsContinuedDate(false); // the marker shows whatever is written
+        QCOMPARE(row.Time(), QStringLiteral("<--"));
+        QVERIFY(!row.IsContinuedDate());
     }
 
+    // At every width, down to where even "..." does not fit and the caption is empty.
     void shorteningMatchesTheRuleAtEveryWidth()
     {
         ctlEntry row;
         initRow(row, LongText, 180);
-        for (int width = 36; width <= 35 + widthOf(LongText) + 2; ++width) {
+        for (int width = 36; width <= 35 + QFontMetrics(rowFont()).horizontalAdvance(LongText) + 2; ++width) {
             row.setWidth(width);
             const int labelWidth = width - 35;
             QCOMPARE(row.lblText().Geometry.width(), labelWidth);
             QCOMPARE(row.lblText().Caption, shortened(LongText, labelWidth));
-            QVERIFY(widthOf(row.lblText().Caption) <= labelWidth);
+            QVERIFY(QFontMetrics(rowFont()).horizontalAdvance(row.lblText().Caption) <= labelWidth);
             QCOMPARE(row.Text(), LongText);
             QCOMPARE(row.OverflowText(), row.lblText().Caption == LongText ? QString() : LongText);
         }
-    }
-
-    void captionIsEmptyWhenEvenTheEllipsisDoesNotFit()
-    {
-        ctlEntry row;
-        initRow(row, LongText, 35 + widthOf(QStringLiteral("...")) - 1);
-        QCOMPARE(row.lblText().Caption, QString());
-        QCOMPARE(row.OverflowText(), LongText);
-
-        row.setWidth(35 + widthOf(QStringLiteral("...")));
-        QCOMPARE(row.lblText().Caption, QStringLiteral("..."));
-    }
-
-    void narrowRowLeavesTheTextLabelAlone()
-    {
-        ctlEntry row;
-        initRow(row, QStringLiteral("Zahnarzt"), 120);
-        const QRect before = row.lblText().Geometry;
-        row.setWidth(35);
-        QCOMPARE(row.lblText().Geometry, before);
-        QCOMPARE(row.linSeperator().X2, 35);
-    }
-
-    void continuedDateShowsTheMarkerWhateverIsWritten()
-    {
-        ctlEntry row;
-        initRow(row, QStringLiteral("Messe"), 180, QStringLiteral("09:00"));
-        row.setIsContinuedDate(false);
-        QCOMPARE(row.Time(), QStringLiteral("<--"));
-        QVERIFY(!row.IsContinuedDate());
     }
 
     // A day header's number: bold on the selected day, bold and red (255) with the holiday name
@@ -177,75 +146,6 @@ private slots:
         QCOMPARE(row.HitTest(QPointF(180, 5)), ctlEntry::Part::None);
     }
 
-    void labelCoordinatesArriveInRowPixels()
-    {
-        ctlEntry row;
-        initRow(row, QStringLiteral("Zahnarzt"), 180);
-        QSignalSpy moves(&row, &ctlEntry::MouseMove);
-        row.HandleMouseMove(QPointF(60.5, 7.25), Qt::LeftButton | Qt::RightButton, Qt::ShiftModifier);
-        QCOMPARE(moves.size(), 1);
-        QCOMPARE(moves.at(0).at(0).value<qint16>(), qint16(3));
-        QCOMPARE(moves.at(0).at(1).value<qint16>(), qint16(1));
-        QCOMPARE(moves.at(0).at(2).toFloat(), 60.5f);
-        QCOMPARE(moves.at(0).at(3).toFloat(), 7.25f);
-
-        row.HandleMouseMove(QPointF(12, 3), Qt::NoButton, Qt::NoModifier);
-        QCOMPARE(moves.at(1).at(0).value<qint16>(), qint16(0));
-        QCOMPARE(moves.at(1).at(2).toFloat(), 12.0f);
-    }
-
-    void mouseDownOnlyOverTheBackground()
-    {
-        ctlEntry row;
-        initRow(row, QStringLiteral("Zahnarzt"), 180);
-        QSignalSpy downs(&row, &ctlEntry::MouseDown);
-        row.HandleMousePress(QPointF(60, 5), Qt::LeftButton, Qt::NoModifier);
-        row.HandleMousePress(QPointF(10, 5), Qt::LeftButton, Qt::NoModifier);
-        QCOMPARE(downs.size(), 0);
-        row.HandleMousePress(QPointF(60, 14), Qt::RightButton, Qt::ControlModifier | Qt::AltModifier);
-        QCOMPARE(downs.size(), 1);
-        QCOMPARE(downs.at(0).at(0).value<qint16>(), qint16(2));
-        QCOMPARE(downs.at(0).at(1).value<qint16>(), qint16(6));
-        QCOMPARE(downs.at(0).at(2).toFloat(), 60.0f);
-        QCOMPARE(downs.at(0).at(3).toFloat(), 14.0f);
-    }
-
-    void mouseUpOverLabelsAndBackground()
-    {
-        ctlEntry row;
-        initRow(row, QStringLiteral("Zahnarzt"), 180);
-        QSignalSpy ups(&row, &ctlEntry::MouseUp);
-        row.HandleMouseRelease(QPointF(60, 5), Qt::LeftButton, Qt::NoModifier);
-        row.HandleMouseRelease(QPointF(10, 5), Qt::MiddleButton, Qt::NoModifier);
-        row.HandleMouseRelease(QPointF(60, 14), Qt::LeftButton, Qt::NoModifier);
-        QCOMPARE(ups.size(), 3);
-        QCOMPARE(ups.at(0).at(2).toFloat(), 60.0f);
-        QCOMPARE(ups.at(1).at(0).value<qint16>(), qint16(4));
-        QCOMPARE(ups.at(1).at(2).toFloat(), 10.0f);
-        QCOMPARE(ups.at(2).at(3).toFloat(), 14.0f);
-    }
-
-    void doubleClickOnALabelCarriesItsCaption()
-    {
-        ctlEntry row;
-        initRow(row, LongText, 120);
-        QSignalSpy clicks(&row, &ctlEntry::DblClick);
-        row.HandleDoubleClick(QPointF(60, 5));
-        QCOMPARE(clicks.size(), 1);
-        QCOMPARE(clicks.at(0).at(0).toInt(), 4711);
-        QCOMPARE(clicks.at(0).at(1).value<kvDate>(), Begin);
-        QCOMPARE(clicks.at(0).at(2).value<kvDate>(), End);
-        QCOMPARE(clicks.at(0).at(3).toString(), row.lblText().Caption);
-        QVERIFY(clicks.at(0).at(3).toString().endsWith(QStringLiteral("...")));
-        QCOMPARE(clicks.at(0).at(4).toString(), QStringLiteral("Raum 3"));
-
-        row.HandleDoubleClick(QPointF(5, 5));
-        QCOMPARE(clicks.at(1).at(3).toString(), QStringLiteral("10:30"));
-
-        row.HandleDoubleClick(QPointF(60, 14)); // the background raises nothing
-        QCOMPARE(clicks.size(), 2);
-    }
-
     void paintsLabelsAndSeparator()
     {
         ctlEntry row;
@@ -261,7 +161,6 @@ private slots:
         QCOMPARE(image.pixelColor(99, 2).rgb(), QColor(Qt::white).rgb()); // lblText's background
         QCOMPARE(image.pixelColor(50, 15).rgb(), QPalette().color(QPalette::Midlight).rgb()); // the separator
     }
-
 };
 
 QTEST_MAIN(tst_ctlEntry)

@@ -1,4 +1,3 @@
-// The calendar-week column: sections, captions, lines and the 16-bit limit.
 #include "ctlKW.h"
 #include "kvTestSupport.h"
 
@@ -9,7 +8,7 @@ namespace {
 
 constexpr int ColumnWidth = 15; // the grid's week-column width
 
-//! A column of \a count sections of \a height pixels, captioned 1, 2, ...
+// A column of count sections of height pixels, captioned 1, 2, ...
 void fill(ctlKW &column, int count, int height)
 {
     QPalette palette = column.palette();
@@ -22,7 +21,7 @@ void fill(ctlKW &column, int count, int height)
     column.setSectionheight(height);
 }
 
-//! The rows of \a image that are a line in the fore colour across the whole column.
+// The rows of the image that are a line in the fore colour across the whole column.
 QList<int> lineRows(const QImage &image)
 {
     QList<int> rows;
@@ -43,7 +42,8 @@ class tst_ctlKW : public QObject
     Q_OBJECT
 
 private slots:
-    // Each section ends in a line; its caption is centred in it, an odd half pixel above.
+    // Each section ends in a line; its caption is centred in it, an odd half pixel above. Clear
+    // takes the sections away and leaves a blank surface.
     void sections_data()
     {
         QTest::addColumn<int>("count");
@@ -73,14 +73,6 @@ private slots:
             QVERIFY(caption->isVisibleTo(&column));
             QVERIFY(caption->fontMetrics().horizontalAdvance(QStringLiteral("53")) <= caption->width());
         }
-    }
-
-    // Clear takes the sections away; painting then leaves a blank surface.
-    void clearLeavesABlankColumn()
-    {
-        ctlKW column;
-        fill(column, 2, 50);
-        column.Paint();
         column.Clear();
         column.Paint();
         QVERIFY(column.Lines().isEmpty());
