@@ -13,19 +13,6 @@
 
 #include <memory>
 
-namespace {
-
-// The SQL dialect the store picks with DbDateFormat = kvAuto: 1 SQL Server, 2 Access, 3 MySQL.
-int detectedDialect(const kvConnection &connection)
-{
-    if (connection.Provider().contains(QStringLiteral("Microsoft.Jet.OLEDB")))
-        return 2;
-    const QString upper = connection.ConnectionString().toUpper();
-    return upper.contains(QStringLiteral("SQL SERVER")) || upper.contains(QStringLiteral("SQLOLEDB")) ? 1 : 3;
-}
-
-} // namespace
-
 class tst_kvConnection : public QObject
 {
     Q_OBJECT
@@ -183,30 +170,6 @@ private slots:
         QCOMPARE(connection.State(), int(kvConnection::adStateClosed));
     }
 
-    void readBackForDialectDetection_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("provider");
-        QTest::addColumn<int>("dialect");
-        QTest::newRow("sqlite") << "Driver=SQLite3;Database=termine.db" << "SQLite3" << 3;
-        QTest::newRow("jet") << "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=C:\\termine.mdb" << "Microsoft.Jet.OLEDB.4.0" << 2;
-        // The Provider test is case-sensitive: lower-case Jet falls through to MySQL.
-        QTest::newRow("jet lower case") << "Provider=microsoft.jet.oledb.4.0;Data Source=x.mdb" << "microsoft.jet.oledb.4.0" << 3;
-        QTest::newRow("sqloledb lower case") << "Provider=sqloledb;Data Source=srv" << "sqloledb" << 1;
-        QTest::newRow("sql server driver") << "Driver={SQL Server};Server=srv;Database=T" << "MSDASQL" << 1;
-        QTest::newRow("malformed") << "Driver={oops" << "MSDASQL" << 3;
-    }
-
-    void readBackForDialectDetection()
-    {
-        QFETCH(QString, text);
-        kvConnection connection;
-        connection.setConnectionString(text);
-        QCOMPARE(connection.ConnectionString(), text);
-        QTEST(connection.Provider(), "provider");
-        QTEST(detectedDialect(connection), "dialect");
-    }
-
     void sqliteExecutesTracesAndCloses()
     {
         kvConnection connection;
@@ -240,7 +203,7 @@ private slots:
         QCOMPARE(connection.Execute("DELETE FROM T WHERE Name = 'O''Brien'"), 1);   // the bound value was written
     }
 
-    // The drivers' own words reach the user, behind a German first line.
+    //! The drivers' own words reach the user, behind a German first line.
     void openFailures_data()
     {
         QTest::addColumn<QString>("text");   // with a closed {port} and the test {folder}
@@ -305,11 +268,10 @@ private slots:
         QTest::addColumn<QString>("driver");
         QTest::addColumn<QString>("databaseName");
         QTest::addColumn<QString>("connectionString");
-        QTest::addColumn<int>("dialect");
         QTest::newRow("mysql") << "QMYSQL" << "termine"
-                               << "Driver={MySQL ODBC 8.0 Driver};Server=db.local;Port=3307;Database=termine;Uid=kv" << 3;
+                               << "Driver={MySQL ODBC 8.0 Driver};Server=db.local;Port=3307;Database=termine;Uid=kv";
         QTest::newRow("odbc freetds") << "QODBC" << "Driver=FreeTDS;Server=srv;Port=1433;Database=Termine;UID=sa;PWD=geheim"
-                                      << "Provider=SQLOLEDB;Data Source=srv,1433;Initial Catalog=Termine;User ID=sa" << 1;
+                                      << "Provider=SQLOLEDB;Data Source=srv,1433;Initial Catalog=Termine;User ID=sa";
     }
 
     void wrapReadsBackOtherDrivers()
@@ -326,7 +288,6 @@ private slots:
             host.setPassword("geheim");
             std::unique_ptr<kvConnection> connection(kvConnection::Wrap(host));
             QTEST(connection->ConnectionString(), "connectionString");
-            QTEST(detectedDialect(*connection), "dialect");
         }
         QSqlDatabase::removeDatabase(name);
     }
