@@ -11,8 +11,6 @@
 #include "kvScriptedMessageBox.h"
 #include "kvTestSupport.h"
 
-#include <QSqlError>
-#include <QSqlQuery>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -20,7 +18,7 @@
 
 namespace {
 
-// The Error events of one control, as "number: description".
+//! The Error events of one control, as "number: description".
 struct ErrorLog : QStringList
 {
     explicit ErrorLog(kvKalivo &control)
@@ -53,7 +51,7 @@ private slots:
         kvFaultInjection::Disarm();
     }
 
-    // A real failure: SQLite refuses the store's UPDATE text ("Termine.[Name] = ...").
+    //! A real failure: SQLite refuses the store's plain UPDATE text ("Termine.[Name] = ...").
     void databaseFailure_data()
     {
         QTest::addColumn<bool>("raiseErrorEvent");
@@ -68,16 +66,12 @@ private slots:
         kvConnection connection;
         connection.Open("Driver=SQLite3;Database=" + folder.filePath("t.db"));
         kvAppointmentTable::Create(connection, "Termine");
-        QSqlQuery query(connection.Database());
-        query.exec("UPDATE Termine SET Termine.[Name] = 'x' WHERE (((Termine.DateID)=1))");
-        const QString description = query.lastError().databaseText();
-        QVERIFY(!description.isEmpty());
+        const QString description = QStringLiteral("near \".\": syntax error");
         kvKalivo control;
         control.setRecordSource("Termine");
         control.setConnection(&connection);
         control.setRaiseErrorEvent(raiseErrorEvent);
         ErrorLog errors(control);
-        m_box.Clear();
         const kvDate begin = kvDate::fromDate(QDate(2026, 11, 23), QTime(14, 30));
         control.findChild<kvAppointmentStore *>()->UpdateAppointment(1, begin, begin.addMinutes(60), "Zahnarzt", {}, {}, 0);
         if (raiseErrorEvent) {
@@ -92,7 +86,7 @@ private slots:
         }
     }
 
-    // With RaiseErrorEvent a day cell's failure is swallowed; the editor's always shows a box.
+    //! With RaiseErrorEvent a day cell's failure is swallowed; the editor's always shows a box.
     void dayCellsAndEditor()
     {
         kvKalivo control;
@@ -165,7 +159,7 @@ private slots:
         QCOMPARE(m_box.CallCount(), 1);
     }
 
-    // A control wider than 16-bit pixel arithmetic overflows while arranging its cells.
+    //! A control wider than 16-bit pixel arithmetic overflows while arranging its cells.
     void overflowInTheArrangementIsReportedNotThrown()
     {
         kvKalivo control;
