@@ -39,7 +39,6 @@ private slots:
         QTest::newRow("24 rolls into February") << 24 << QDate(24, 2, 27);
         QTest::newRow("-27 rolls into May") << -27 << QDate(-28, 5, 1);
     }
-
     void easter()
     {
         QFETCH(int, year);
@@ -81,7 +80,6 @@ private slots:
             "11-30 1. Advent", "12-07 2. Advent", "12-14 3. Advent", "12-21 4. Advent", "12-24 Hl. Abend",
             "12-25 1. Weihnachtstag", "12-26 2. Weihnachtstag", "12-31 Silvester"};
     }
-
     void wholeYears()
     {
         QFETCH(int, year);

@@ -156,6 +156,7 @@ private:
             QTest::addRow("%s/ParameterizedSql", engine) << QString::fromLatin1(engine) << true;
         }
     }
+
 private slots:
     void initTestCase()
     {
@@ -211,7 +212,6 @@ private slots:
             QVERIFY2(description.contains(outcome) && !description.contains(QStringLiteral("falsch")), qPrintable(description));
         }
     }
-
 
     void stateIsReadBeforeTheProbe()
     {
@@ -292,7 +292,6 @@ private slots:
         QCOMPARE(f.reports[0].code, 600);
         QVERIFY(f.trace.isEmpty());
     }
-
 
     void dayRowsInOrderWithTheirValues_data() { everyEngineAndMode(); }
     void dayRowsInOrderWithTheirValues()
@@ -421,7 +420,6 @@ private slots:
         QVERIFY2(f.trace.isEmpty(), qPrintable(f.trace.join(u'\n')));
     }
 
-
     void dayLoadFailures_data()
     {
         columns();
@@ -505,7 +503,6 @@ private slots:
         QCOMPARE(box.LastCall().prompt, QStringLiteral("kvKalivo-Fehlercode 200\r\nTestfehler"));
     }
 
-
     void nextAndPreviousFindDays_data() { everyEngineAndMode(); }
     void nextAndPreviousFindDays()
     {
@@ -529,7 +526,6 @@ private slots:
         QCOMPARE(f.store.FindNextAppointment(at(2004, 3, 21)), std::nullopt);
         QVERIFY(f.reports.isEmpty());
     }
-
 
     void insertWritesWhatIsTyped_data() { everyEngineAndMode(); }
     void insertWritesWhatIsTyped()
