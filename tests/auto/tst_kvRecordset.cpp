@@ -7,7 +7,6 @@
 #include "kvRecordset.h"
 #include "kvTestSupport.h"
 
-#include <QSignalSpy>
 #include <QSqlQuery>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -30,16 +29,8 @@ class tst_kvRecordset : public QObject
 private:
     QTemporaryDir m_folder;
     std::unique_ptr<kvConnection> m_connection;
-    std::unique_ptr<QSignalSpy> m_trace;
+    QStringList m_trace;   // the statements sent
     int m_databaseNumber = 0;
-
-    QStringList traced() const
-    {
-        QStringList texts;
-        for (const QList<QVariant> &signal : *m_trace)
-            texts << signal.at(0).toString();
-        return texts;
-    }
 
     //! One appointment through AddNew/Update, as the store inserts one.
     void insert(const QVariant &begin, const QString &name, const QVariant &remark = QVariant(), const QVariant &imageId = QVariant())
@@ -74,7 +65,8 @@ private slots:
         m_connection = std::make_unique<kvConnection>();
         m_connection->Open("Driver=SQLite3;Database=" + m_folder.filePath(QStringLiteral("t%1.db").arg(++m_databaseNumber)));
         kvAppointmentTable::Create(*m_connection, "Termine");
-        m_trace = std::make_unique<QSignalSpy>(m_connection.get(), &kvConnection::StatementExecuted);
+        m_trace.clear();
+        connect(m_connection.get(), &kvConnection::StatementExecuted, this, [this](const QString &sql) { m_trace << sql; });
     }
 
     //! The DDL for the engines not run here; SQLite and MariaDB create their tables in tst_kvAppointmentStore.
@@ -116,7 +108,7 @@ private slots:
     {
         kvRecordset recordset;
         recordset.Open("Termine", m_connection.get(), kvRecordset::adOpenForwardOnly, kvRecordset::adLockReadOnly, kvRecordset::adCmdTable);
-        QCOMPARE(traced(), QStringList{"SELECT * FROM Termine"});
+        QCOMPARE(m_trace, QStringList{"SELECT * FROM Termine"});
         QVERIFY(recordset.EOF());
         const kvFields fields = recordset.Fields();
         QCOMPARE(fields.Names(), (QStringList{"DateID", "DateBegin", "DateEnd", "Name", "Remark", "Document", "ImageID"}));
@@ -141,7 +133,7 @@ private slots:
         recordset.setValue("Name", "Zahnarzt 'Dr. Müller'");
         QCOMPARE(errorNumber([&] { recordset.setValue("Fehlt", 1); }), 3265);
         recordset.Update();
-        QCOMPARE(traced().last(), QStringLiteral("INSERT INTO Termine (DateBegin, DateEnd, Name) VALUES (?, ?, ?)"));
+        QCOMPARE(m_trace.last(), QStringLiteral("INSERT INTO Termine (DateBegin, DateEnd, Name) VALUES (?, ?, ?)"));
         QCOMPARE(recordset.Fields()["DateID"].Value().toInt(), 1);
         QCOMPARE(stored("SELECT DateBegin || '|' || Name FROM Termine"), QStringLiteral("2004-03-17 14:05:00|Zahnarzt 'Dr. Müller'"));
     }
