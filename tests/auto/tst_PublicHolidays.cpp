@@ -8,7 +8,7 @@
 
 namespace {
 
-// An independent reference: the Meeus/Jones/Butcher Gregorian Easter.
+// The Meeus/Jones/Butcher Gregorian Easter, as an independent reference.
 QDate gregorianEaster(int year)
 {
     const int a = year % 19, b = year / 100, c = year % 100, d = b / 4, e = b % 4;
@@ -19,17 +19,6 @@ QDate gregorianEaster(int year)
     return QDate(year, (h + l - 7 * m + 114) / 31, (h + l - 7 * m + 114) % 31 + 1);
 }
 
-QMap<QDate, QString> namedDaysOf(int year)
-{
-    QMap<QDate, QString> named;
-    for (QDate day(year, 1, 1); day.year() == year; day = day.addDays(1)) {
-        const QString name = GetPublicHolidayName(day);
-        if (!name.isEmpty())
-            named.insert(day, name);
-    }
-    return named;
-}
-
 } // namespace
 
 class tst_PublicHolidays : public QObject
@@ -37,14 +26,11 @@ class tst_PublicHolidays : public QObject
     Q_OBJECT
 
 private slots:
-    // Outside 1583-2399 the table has no row: remainders keep the dividend's sign and the day
-    // rolls over like DateSerial. Years are astronomical (year 0 is QDate's -1).
+    //! Outside 1583-2399 remainders keep the dividend's sign and the day rolls over; year 0 is QDate's -1.
     void easter_data()
     {
         QTest::addColumn<int>("year");
         QTest::addColumn<QDate>("easter");
-        QTest::newRow("2024") << 2024 << QDate(2024, 3, 31);
-        QTest::newRow("2019: e 29 -> 28") << 2019 << QDate(2019, 4, 21);
         QTest::newRow("1582") << 1582 << QDate(1582, 4, 18);
         QTest::newRow("1500") << 1500 << QDate(1500, 3, 8);
         QTest::newRow("0") << 0 << QDate(-1, 3, 28);
@@ -53,7 +39,6 @@ private slots:
         QTest::newRow("24 rolls into February") << 24 << QDate(24, 2, 27);
         QTest::newRow("-27 rolls into May") << -27 << QDate(-28, 5, 1);
     }
-
     void easter()
     {
         QFETCH(int, year);
@@ -95,15 +80,15 @@ private slots:
             "11-30 1. Advent", "12-07 2. Advent", "12-14 3. Advent", "12-21 4. Advent", "12-24 Hl. Abend",
             "12-25 1. Weihnachtstag", "12-26 2. Weihnachtstag", "12-31 Silvester"};
     }
-
     void wholeYears()
     {
         QFETCH(int, year);
         QFETCH(QStringList, days);
         QStringList named;
-        const QMap<QDate, QString> found = namedDaysOf(year);
-        for (auto day = found.cbegin(); day != found.cend(); ++day)
-            named << day.key().toString(QStringLiteral("MM-dd ")) + day.value();
+        for (QDate day(year, 1, 1); day.year() == year; day = day.addDays(1)) {
+            if (const QString name = GetPublicHolidayName(day); !name.isEmpty())
+                named << day.toString(QStringLiteral("MM-dd ")) + name;
+        }
         QCOMPARE(named, days);
     }
 
@@ -116,28 +101,10 @@ private slots:
         QCOMPARE(GetCalendarWeek(QDate()), 0);
     }
 
-    void calendarWeek_data()
-    {
-        QTest::addColumn<QDate>("date");
-        QTest::addColumn<int>("week");
-        QTest::newRow("1 Jan 2026, Thursday") << QDate(2026, 1, 1) << 1;
-        QTest::newRow("28 Dec 2025, Sunday") << QDate(2025, 12, 28) << 52;
-        QTest::newRow("3 Jan 2021, Sunday") << QDate(2021, 1, 3) << 53;
-        QTest::newRow("31 Dec 2020, Thursday") << QDate(2020, 12, 31) << 53;
-        QTest::newRow("1 Jan 2023, Sunday") << QDate(2023, 1, 1) << 52;
-    }
-
-    void calendarWeek()
-    {
-        QFETCH(QDate, date);
-        QTEST(GetCalendarWeek(date), "week");
-        QTEST(GetCalendarWeek(kvDate::fromDate(date, QTime(23, 59))), "week");
-    }
-
     void calendarWeekIsTheIsoWeekFrom1600To2400()
     {
         for (QDate day(1600, 1, 1); day <= QDate(2400, 12, 31); day = day.addDays(1)) {
-            if (GetCalendarWeek(day) != day.weekNumber())
+            if (GetCalendarWeek(day) != day.weekNumber() || GetCalendarWeek(kvDate::fromDate(day, QTime(23, 59))) != day.weekNumber())
                 QFAIL(qPrintable(day.toString(Qt::ISODate)));
         }
         for (QDate day(-3, 1, 1); day <= QDate(3, 12, 31); day = day.addDays(1))

@@ -105,12 +105,7 @@ struct RecordingSink final : kvDayRowSink
 
 } // namespace
 
-/*!
-    The appointment store on real engines, SQLite files and the throwaway MariaDB server of the
-    CTest fixture "MariaDB", each in both modes: the plain SQL texts (ParameterizedSql false) and
-    bound statements (true). Rows name engine and mode; rows that need one engine's own DDL or
-    messages exist for that engine only. The texts themselves are checked in tst_kvSqlTexts.
-*/
+// The store on SQLite files and the fixture's MariaDB server, with plain texts and bound statements.
 class tst_kvAppointmentStore : public QObject
 {
     Q_OBJECT
@@ -118,12 +113,8 @@ class tst_kvAppointmentStore : public QObject
 private:
     QTemporaryDir m_folder;
     int m_files = 0;
+    const QString m_sqlite = QStringLiteral("Driver=SQLite3;Database=") + m_folder.path() + QLatin1Char('/');
     QHash<QString, QString> m_mariaDb;
-
-    QString sqliteFile(const QString &name) const
-    {
-        return QStringLiteral("Driver=SQLite3;Database=") + m_folder.filePath(name);
-    }
 
     //! An open connection to \a engine, traced into \a f; Termine is dropped on MariaDB.
     void open(Fixture &f, const QString &engine)
@@ -134,7 +125,7 @@ private:
             f.connection->Open(m_mariaDb.value(QStringLiteral("connection_string")));
             f.connection->Execute(QStringLiteral("DROP TABLE IF EXISTS Termine"));
         } else {
-            f.connection->Open(sqliteFile(QStringLiteral("t%1.db").arg(++m_files)));
+            f.connection->Open(m_sqlite + QStringLiteral("t%1.db").arg(++m_files));
         }
     }
 
@@ -157,7 +148,6 @@ private:
         QTest::addColumn<QString>("engine");
         QTest::addColumn<bool>("parameterized");
     }
-    //! One row per engine and mode.
     static void everyEngineAndMode()
     {
         columns();
@@ -165,12 +155,6 @@ private:
             QTest::addRow("%s/legacy", engine) << QString::fromLatin1(engine) << false;
             QTest::addRow("%s/ParameterizedSql", engine) << QString::fromLatin1(engine) << true;
         }
-    }
-    static void sqliteModes()
-    {
-        columns();
-        QTest::newRow("SQLite/legacy") << QStringLiteral("SQLite") << false;
-        QTest::newRow("SQLite/ParameterizedSql") << QStringLiteral("SQLite") << true;
     }
 
 private slots:
@@ -194,12 +178,45 @@ private slots:
         QCOMPARE(errorNumber([] { kvFieldConversion::ToText(QVariant()); }), 94);
     }
 
-    // --- Connection: State, dialect, column probe ------------------------------------------------
+    //! The server through TCP and the socket; a refused port or a wrong password fail without the password.
+    void mariaDbOpens_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<int>("number");
+        QTest::addColumn<QString>("outcome");   // USER() and DATABASE(), or what the failure says
+        const auto info = [this](const char *key) { return m_mariaDb.value(QString::fromLatin1(key)); };
+        const QString tcp = "Driver={MySQL ODBC 8.0 Driver};Server=127.0.0.1;Port=%1;Database=" + info("database") + ";Uid="
+                            + info("user") + ";Pwd=%2";
+        QTest::newRow("tcp") << tcp.arg(info("port"), info("password")) << 0 << info("user") + "@127.0.0.1 " + info("database");
+        QTest::newRow("socket") << "DRIVER={MySQL ODBC 8.0 Driver};SOCKET=" + info("socket") + ";DATABASE=" + info("database")
+                                       + ";UID=" + info("user") + ";PWD=" + info("password")
+                                << 0 << info("user") + "@localhost " + info("database");
+        QTest::newRow("refused port") << tcp.arg(closedLocalPort()).arg(QStringLiteral("falsch")) << int(kvAdoError::ProviderFailed)
+                                      << "Keine Verbindung zum MySQL/MariaDB-Server: Can't connect to server on '127.0.0.1'";
+        QTest::newRow("wrong password") << tcp.arg(info("port"), QStringLiteral("falsch")) << int(kvAdoError::ProviderFailed)
+                                        << "Access denied for user '" + info("user") + "'@'127.0.0.1'";
+    }
+    void mariaDbOpens()
+    {
+        QFETCH(QString, text);
+        QFETCH(QString, outcome);
+        kvConnection connection;
+        QString description;
+        QTEST(errorNumber([&] { connection.Open(text); }, &description), "number");
+        if (connection.State() == int(kvConnection::adStateOpen)) {
+            QCOMPARE(connection.engine(), kvDataSource::MySql);
+            kvRecordset recordset;
+            recordset.Open(QStringLiteral("SELECT CONCAT(USER(), ' ', DATABASE())"), &connection);
+            QCOMPARE(recordset.Fields().Item(0).Value().toString(), outcome);
+        } else {
+            QVERIFY2(description.contains(outcome) && !description.contains(QStringLiteral("falsch")), qPrintable(description));
+        }
+    }
 
     void stateIsReadBeforeTheProbe()
     {
         kvConnection connection;
-        connection.setConnectionString(sqliteFile(QStringLiteral("state.db")));
+        connection.setConnectionString(m_sqlite + QStringLiteral("state.db"));
         kvAppointmentStore store;
         store.setRecordSource(termine);
         QSignalSpy states(&store, &kvAppointmentStore::ConnectionStateRead);
@@ -276,8 +293,6 @@ private slots:
         QVERIFY(f.trace.isEmpty());
     }
 
-    // --- The per-day load --------------------------------------------------------------------
-
     void dayRowsInOrderWithTheirValues_data() { everyEngineAndMode(); }
     void dayRowsInOrderWithTheirValues()
     {
@@ -326,7 +341,7 @@ private slots:
     }
 
     //! A host's rows may hold text without seconds; both modes compare alike and find them.
-    void minuteTextRowsAreFoundAlike_data() { sqliteModes(); }
+    void minuteTextRowsAreFoundAlike_data() { everyEngineAndMode(); }
     void minuteTextRowsAreFoundAlike()
     {
         Fixture f;
@@ -336,16 +351,6 @@ private slots:
         QCOMPARE(dayRows(f.store, at(2004, 3, 15), 6), QStringList({"", "Messe 10:00", "Messe <--", "Messe <--", "Urlaub ", ""}));
         QCOMPARE(f.store.FindNextAppointment(at(2004, 3, 18)), std::optional<kvDate>(at(2004, 3, 19)));
         QCOMPARE(f.store.FindPreviousAppointment(at(2004, 3, 19)), std::optional<kvDate>(at(2004, 3, 16)));
-    }
-
-    void wallClockTimesSurviveTheSpringForwardGap_data() { everyEngineAndMode(); }
-    void wallClockTimesSurviveTheSpringForwardGap()
-    {
-        Fixture f;
-        setUp(f);
-        f.store.InsertAppointment(at(2026, 3, 29, 2, 30), at(2026, 3, 29, 3), QStringLiteral("Zeitumstellung"), {}, {}, 0);
-        QVERIFY(f.reports.isEmpty());
-        QCOMPARE(f.load(at(2026, 3, 29))->Entries(1)->datDateBegin(), at(2026, 3, 29, 2, 30));
     }
 
     //! BeginDayLoads bounds DateBegin from below: the grid's days show exactly the rows they show without it.
@@ -375,12 +380,12 @@ private slots:
         QCOMPARE(f.load(at(2026, 10, 25))->EntriesCount(), 4);
         f.store.EndDayLoads();
         QCOMPARE(dayRows(f.store, first, 1), unbounded.mid(0, 1));
-        if (!parameterized) {
+        if (!parameterized)
             QCOMPARE(f.trace.constLast(), kvSqlTexts::DayQuery(termine, first, 3));
-            QFile log(m_mariaDb.value(QStringLiteral("general_log")));   // the server got the text as sent
-            if (engine == QStringLiteral("MariaDB"))
-                QVERIFY(log.open(QIODevice::ReadOnly) && log.readAll().contains(f.trace.constLast().toUtf8()));
-        }
+        QFile log(m_mariaDb.value(QStringLiteral("general_log")));   // plain texts arrive as queries, bound ones prepared
+        const QString sent = (parameterized ? QStringLiteral("Prepare\t") : QStringLiteral("Query\t")) + f.trace.constLast();
+        if (engine == QStringLiteral("MariaDB"))
+            QVERIFY(log.open(QIODevice::ReadOnly) && log.readAll().contains(sent.toUtf8()));
         QCOMPARE(f.sent(QStringLiteral("SELECT Termine.* From Termine Where ((")), parameterized ? 2 : 45);
         QVERIFY(f.reports.isEmpty());
     }
@@ -414,8 +419,6 @@ private slots:
         QCOMPARE(f.store.FindPreviousAppointment(at(2004, 3, 31)), std::nullopt);
         QVERIFY2(f.trace.isEmpty(), qPrintable(f.trace.join(u'\n')));
     }
-
-    // --- Failing day loads: "12-" step, CR LF, description; earlier rows stay ---------------
 
     void dayLoadFailures_data()
     {
@@ -476,7 +479,7 @@ private slots:
     }
 
     //! What the sink throws fails the load at the step that called it: adding 8, marking 9.
-    void rowSinkFailuresKeepTheirSteps_data() { sqliteModes(); }
+    void rowSinkFailuresKeepTheirSteps_data() { everyEngineAndMode(); }
     void rowSinkFailuresKeepTheirSteps()
     {
         Fixture f;
@@ -499,8 +502,6 @@ private slots:
         QCOMPARE(result, QStringLiteral("12-9\r\nUngültiger Prozeduraufruf oder ungültiges Argument"));
         QCOMPARE(box.LastCall().prompt, QStringLiteral("kvKalivo-Fehlercode 200\r\nTestfehler"));
     }
-
-    // --- Next and previous -------------------------------------------------------------------
 
     void nextAndPreviousFindDays_data() { everyEngineAndMode(); }
     void nextAndPreviousFindDays()
@@ -526,27 +527,26 @@ private slots:
         QVERIFY(f.reports.isEmpty());
     }
 
-    // --- Writers: insert 800, update 600, delete 700 -------------------------------------------
-
     void insertWritesWhatIsTyped_data() { everyEngineAndMode(); }
     void insertWritesWhatIsTyped()
     {
         Fixture f;
         setUp(f);
         const QString injection = QStringLiteral("x'); DROP TABLE Termine; --");
-        f.store.InsertAppointment(at(2004, 3, 16, 10), at(2004, 3, 18), QStringLiteral("Peter's Messe"), injection,
-                                  QStringLiteral("/home/a/plan.pdf"), 12);
+        f.store.InsertAppointment(at(2026, 3, 29, 2, 30), at(2026, 3, 31), QStringLiteral("Peter's Messe"), injection,
+                                  QStringLiteral("/home/a/plan.pdf"), 12);   // 02:30 does not exist in Berlin that night
         QVERIFY(f.reports.isEmpty());
         QCOMPARE(f.trace, QStringList({QStringLiteral("SELECT * FROM Termine"), QStringLiteral(
             "INSERT INTO Termine (DateBegin, DateEnd, Name, Remark, Document, ImageID) VALUES (?, ?, ?, ?, ?, ?)")}));
         const QVariantMap row = f.rows().at(0);
-        QCOMPARE(kvField::ToDate(row.value(QStringLiteral("DateBegin"))), at(2004, 3, 16, 10));
-        QCOMPARE(kvField::ToDate(row.value(QStringLiteral("DateEnd"))), at(2004, 3, 18));
+        QCOMPARE(kvField::ToDate(row.value(QStringLiteral("DateBegin"))), at(2026, 3, 29, 2, 30));
+        QCOMPARE(kvField::ToDate(row.value(QStringLiteral("DateEnd"))), at(2026, 3, 31));
         QCOMPARE(row.value(QStringLiteral("Name")).toString(), QStringLiteral("Peter's Messe"));
         QCOMPARE(row.value(QStringLiteral("Remark")).toString(), injection);
         QCOMPARE(row.value(QStringLiteral("Document")).toString(), QStringLiteral("/home/a/plan.pdf"));
         QCOMPARE(row.value(QStringLiteral("ImageID")).toInt(), 12);
-        QCOMPARE(f.load(at(2004, 3, 17))->Entries(1)->Text(), QStringLiteral("Peter's Messe"));
+        QCOMPARE(f.load(at(2026, 3, 30))->Entries(1)->Text(), QStringLiteral("Peter's Messe"));
+        QCOMPARE(f.load(at(2026, 3, 29))->Entries(1)->datDateBegin(), at(2026, 3, 29, 2, 30));
         f.store.setRecordSource(QStringLiteral("Fehlt"));
         f.store.InsertAppointment(at(2004, 3, 17, 9), at(2004, 3, 17, 10), QStringLiteral("x"), {}, {}, 0);
         QCOMPARE(f.reports.size(), 1);
@@ -565,19 +565,22 @@ private slots:
         QCOMPARE(codes, QList<int>{800});
     }
 
-    //! The plain UPDATE qualifies its columns, which neither engine accepts; bound statements work on both.
-    void updateOnEachEngine_data()
+    //! The plain UPDATE qualifies its columns, which neither engine accepts; the plain DELETE ("DELETE T.* FROM T")
+    //! works on MariaDB only; bound statements work on both.
+    void updateAndDeleteOnEachEngine_data()
     {
         columns();
-        QTest::addColumn<QString>("failure");   // the report's description starts so; empty: none
-        QTest::newRow("SQLite/legacy") << "SQLite" << false << "near \".\": syntax error";
-        QTest::newRow("SQLite/ParameterizedSql") << "SQLite" << true << "";
-        QTest::newRow("MariaDB/legacy") << "MariaDB" << false << "You have an error in your SQL syntax";
-        QTest::newRow("MariaDB/ParameterizedSql") << "MariaDB" << true << "";
+        QTest::addColumn<QString>("updateFailure");   // the report's description starts so; empty: none
+        QTest::addColumn<QString>("deleteFailure");
+        QTest::newRow("SQLite/legacy") << "SQLite" << false << "near \".\": syntax error" << "near \"Termine\": syntax error";
+        QTest::newRow("SQLite/ParameterizedSql") << "SQLite" << true << "" << "";
+        QTest::newRow("MariaDB/legacy") << "MariaDB" << false << "You have an error in your SQL syntax" << "";
+        QTest::newRow("MariaDB/ParameterizedSql") << "MariaDB" << true << "" << "";
     }
-    void updateOnEachEngine()
+    void updateAndDeleteOnEachEngine()
     {
-        QFETCH(QString, failure);
+        QFETCH(QString, updateFailure);
+        QFETCH(QString, deleteFailure);
         Fixture f;
         setUp(f);
         const qint32 other = f.insert(at(2004, 3, 1, 9), at(2004, 3, 1, 10), QStringLiteral("andere"));
@@ -585,48 +588,30 @@ private slots:
         const QString name = QStringLiteral("Peter's x'); DROP TABLE Termine; --");
         f.store.UpdateAppointment(id, at(2004, 3, 18, 14, 5), at(2004, 3, 18, 15), name, QStringLiteral("r"),
                                   QStringLiteral("d"), 12);
-        if (!failure.isEmpty()) {
+        if (updateFailure.isEmpty()) {
+            QVERIFY(f.reports.isEmpty());
+            QCOMPARE(f.rows().at(0).value(QStringLiteral("DateID")).toInt(), other);
+            QCOMPARE(f.name(0), QStringLiteral("andere"));
+            const auto cell = f.load(at(2004, 3, 18));
+            QCOMPARE(cell->EntriesCount(), 1);
+            QCOMPARE(cell->Entries(1)->Text(), name);
+            QCOMPARE(cell->Entries(1)->datDateEnd(), at(2004, 3, 18, 15));
+            QCOMPARE(cell->Entries(1)->Remark(), QStringLiteral("r"));
+            QCOMPARE(cell->Entries(1)->ImgId(), qint16(12));
+        } else {
             QCOMPARE(f.reports.size(), 1);
             QCOMPARE(f.reports[0].code, 600);
-            QVERIFY2(f.reports[0].description.startsWith(failure), qPrintable(f.reports[0].description));
+            QVERIFY2(f.reports[0].description.startsWith(updateFailure), qPrintable(f.reports[0].description));
             QCOMPARE(f.name(1), QStringLiteral("alt"));
-            return;
         }
-        QVERIFY(f.reports.isEmpty());
-        QCOMPARE(f.rows().at(0).value(QStringLiteral("DateID")).toInt(), other);
-        QCOMPARE(f.name(0), QStringLiteral("andere"));
-        const auto cell = f.load(at(2004, 3, 18));
-        QCOMPARE(cell->EntriesCount(), 1);
-        QCOMPARE(cell->Entries(1)->Text(), name);
-        QCOMPARE(cell->Entries(1)->datDateEnd(), at(2004, 3, 18, 15));
-        QCOMPARE(cell->Entries(1)->Remark(), QStringLiteral("r"));
-        QCOMPARE(cell->Entries(1)->ImgId(), qint16(12));
-    }
-
-    //! The plain DELETE "DELETE T.* FROM T" works on MariaDB only; the bound one everywhere.
-    void deleteOnEachEngine_data()
-    {
-        columns();
-        QTest::addColumn<QString>("failure");   // empty: the row is gone
-        QTest::newRow("SQLite/legacy") << "SQLite" << false << "near \"Termine\": syntax error";
-        QTest::newRow("SQLite/ParameterizedSql") << "SQLite" << true << "";
-        QTest::newRow("MariaDB/legacy") << "MariaDB" << false << "";
-        QTest::newRow("MariaDB/ParameterizedSql") << "MariaDB" << true << "";
-    }
-    void deleteOnEachEngine()
-    {
-        QFETCH(QString, failure);
-        Fixture f;
-        setUp(f);
-        f.insert(at(2004, 3, 16, 9), at(2004, 3, 16, 10), QStringLiteral("bleibt"));
-        const qint32 id = f.insert(at(2004, 3, 17, 14, 30), at(2004, 3, 17, 15), QStringLiteral("Zahnarzt"));
+        f.reports.clear();
         f.store.DeleteAppointment(id);
-        QCOMPARE(f.rows().size(), failure.isEmpty() ? 1 : 2);
-        QCOMPARE(f.name(0), QStringLiteral("bleibt"));
-        QCOMPARE(f.reports.size(), failure.isEmpty() ? 0 : 1);
-        if (!failure.isEmpty()) {
+        QCOMPARE(f.rows().size(), deleteFailure.isEmpty() ? 1 : 2);
+        QCOMPARE(f.name(0), QStringLiteral("andere"));
+        QCOMPARE(f.reports.size(), deleteFailure.isEmpty() ? 0 : 1);
+        if (!deleteFailure.isEmpty()) {
             QCOMPARE(f.reports[0].code, 700);
-            QCOMPARE(f.reports[0].description, failure);
+            QCOMPARE(f.reports[0].description, deleteFailure);
         }
     }
 };

@@ -7,7 +7,6 @@
 #include "kvRecordset.h"
 #include "kvTestSupport.h"
 
-#include <QSignalSpy>
 #include <QSqlQuery>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -30,18 +29,10 @@ class tst_kvRecordset : public QObject
 private:
     QTemporaryDir m_folder;
     std::unique_ptr<kvConnection> m_connection;
-    std::unique_ptr<QSignalSpy> m_trace;
+    QStringList m_trace;   // the statements sent
     int m_databaseNumber = 0;
 
-    QStringList traced() const
-    {
-        QStringList texts;
-        for (const QList<QVariant> &signal : *m_trace)
-            texts << signal.at(0).toString();
-        return texts;
-    }
-
-    // One appointment through AddNew/Update, as the store inserts one.
+    //! One appointment through AddNew/Update, as the store inserts one.
     void insert(const QVariant &begin, const QString &name, const QVariant &remark = QVariant(), const QVariant &imageId = QVariant())
     {
         kvRecordset recordset;
@@ -74,53 +65,36 @@ private slots:
         m_connection = std::make_unique<kvConnection>();
         m_connection->Open("Driver=SQLite3;Database=" + m_folder.filePath(QStringLiteral("t%1.db").arg(++m_databaseNumber)));
         kvAppointmentTable::Create(*m_connection, "Termine");
-        m_trace = std::make_unique<QSignalSpy>(m_connection.get(), &kvConnection::StatementExecuted);
+        m_trace.clear();
+        connect(m_connection.get(), &kvConnection::StatementExecuted, this, [this](const QString &sql) { m_trace << sql; });
     }
 
-    void cleanup()
-    {
-        m_trace.reset();
-        m_connection.reset();
-    }
-
+    //! The DDL for the engines not run here; SQLite and MariaDB create their tables in tst_kvAppointmentStore.
     void createTableTexts_data()
     {
         QTest::addColumn<QString>("engine");
-        QTest::addColumn<bool>("optional");
         QTest::addColumn<QString>("table");
-        QTest::newRow("SQLite") << "sqlite" << true
-            << "CREATE TABLE Termine (DateID INTEGER PRIMARY KEY AUTOINCREMENT, DateBegin DATETIME NOT NULL, DateEnd DATETIME "
-               "NOT NULL, Name TEXT NOT NULL, Remark TEXT, Document TEXT, ImageID SMALLINT)";
-        QTest::newRow("SQLite without optional") << "SQLite" << false
-            << "CREATE TABLE Termine (DateID INTEGER PRIMARY KEY AUTOINCREMENT, DateBegin DATETIME NOT NULL, DateEnd DATETIME "
-               "NOT NULL, Name TEXT NOT NULL)";
-        QTest::newRow("MariaDB") << "MariaDB" << true
-            << "CREATE TABLE Termine (DateID INT NOT NULL AUTO_INCREMENT PRIMARY KEY, DateBegin DATETIME NOT NULL, DateEnd "
-               "DATETIME NOT NULL, Name VARCHAR(255) NOT NULL, Remark TEXT NULL, Document TEXT NULL, ImageID SMALLINT NULL) "
-               "ENGINE=InnoDB DEFAULT CHARSET=utf8mb4";
-        QTest::newRow("SQL Server") << "SQLServer" << true
+        QTest::newRow("SQL Server") << "SQLServer"
             << "CREATE TABLE Termine (DateID INT IDENTITY(1,1) NOT NULL PRIMARY KEY, DateBegin DATETIME NOT NULL, DateEnd "
                "DATETIME NOT NULL, Name NVARCHAR(255) NOT NULL, Remark NVARCHAR(MAX) NULL, Document NVARCHAR(MAX) NULL, "
                "ImageID SMALLINT NULL)";
-        QTest::newRow("Access") << "Access" << true
+        QTest::newRow("Access") << "Access"
             << "CREATE TABLE Termine (DateID COUNTER PRIMARY KEY, DateBegin DATETIME NOT NULL, DateEnd DATETIME NOT NULL, "
                "Name TEXT(255) NOT NULL, Remark MEMO, Document MEMO, ImageID SHORT)";
     }
-
     void createTableTexts()
     {
         QFETCH(QString, engine);
-        QFETCH(bool, optional);
         QFETCH(QString, table);
-        QCOMPARE(kvAppointmentTable::CreateTableSql(engine, "Termine", optional),
+        QCOMPARE(kvAppointmentTable::CreateTableSql(engine, "Termine"),
                  (QStringList{table, "CREATE INDEX IX_Termine_DateBegin ON Termine (DateBegin)",
                               "CREATE INDEX IX_Termine_DateEnd ON Termine (DateEnd)"}));
-        QCOMPARE(kvAppointmentTable::CreateTableSql(engine, "dbo.Termine").at(1),
-                 QStringLiteral("CREATE INDEX IX_dbo_Termine_DateBegin ON dbo.Termine (DateBegin)"));
     }
 
-    void createTableFailures()
+    void createTableIndexNamesAndFailures()
     {
+        QCOMPARE(kvAppointmentTable::CreateTableSql("sqlite", "dbo.Termine").at(1),   // engine names ignore case
+                 QStringLiteral("CREATE INDEX IX_dbo_Termine_DateBegin ON dbo.Termine (DateBegin)"));
         QString description;
         QCOMPARE(errorNumber([&] { kvAppointmentTable::CreateTableSql("Oracle", "T"); }, &description), 3001);
         QVERIFY2(description.contains("'Oracle'"), qPrintable(description));
@@ -134,7 +108,7 @@ private slots:
     {
         kvRecordset recordset;
         recordset.Open("Termine", m_connection.get(), kvRecordset::adOpenForwardOnly, kvRecordset::adLockReadOnly, kvRecordset::adCmdTable);
-        QCOMPARE(traced(), QStringList{"SELECT * FROM Termine"});
+        QCOMPARE(m_trace, QStringList{"SELECT * FROM Termine"});
         QVERIFY(recordset.EOF());
         const kvFields fields = recordset.Fields();
         QCOMPARE(fields.Names(), (QStringList{"DateID", "DateBegin", "DateEnd", "Name", "Remark", "Document", "ImageID"}));
@@ -159,7 +133,7 @@ private slots:
         recordset.setValue("Name", "Zahnarzt 'Dr. Müller'");
         QCOMPARE(errorNumber([&] { recordset.setValue("Fehlt", 1); }), 3265);
         recordset.Update();
-        QCOMPARE(traced().last(), QStringLiteral("INSERT INTO Termine (DateBegin, DateEnd, Name) VALUES (?, ?, ?)"));
+        QCOMPARE(m_trace.last(), QStringLiteral("INSERT INTO Termine (DateBegin, DateEnd, Name) VALUES (?, ?, ?)"));
         QCOMPARE(recordset.Fields()["DateID"].Value().toInt(), 1);
         QCOMPARE(stored("SELECT DateBegin || '|' || Name FROM Termine"), QStringLiteral("2004-03-17 14:05:00|Zahnarzt 'Dr. Müller'"));
     }
@@ -167,7 +141,7 @@ private slots:
     void commandWalksRowsInOrderWithNulls()
     {
         insert(QVariant::fromValue(at(2004, 3, 16, 10)), "Messe", "Halle 3", 12);
-        insert(QVariant::fromValue(at(2004, 3, 17)), "Urlaub");
+        insert(QVariant::fromValue(at(2004, 3, 17)), "2026-01-01 10:00");   // date-like text stays text
         kvCommand command;
         command.setActiveConnection(m_connection.get());
         command.setCommandType(kvCommand::adCmdText);
@@ -181,13 +155,13 @@ private slots:
         QCOMPARE(fields["DateBegin"].DateValue(), at(2004, 3, 16, 10));
         recordset.MoveNext();
         fields = recordset.Fields();
-        QCOMPARE(fields["Name"].Value().toString(), QStringLiteral("Urlaub"));
+        QCOMPARE(fields["Name"].Value(), QVariant(QStringLiteral("2026-01-01 10:00")));
         QVERIFY(fields["Remark"].IsNull() && fields["ImageID"].IsNull() && fields["Document"].IsNull());
         recordset.MoveNext();
         QVERIFY(recordset.EOF());
 
         command.setCommandText("UPDATE Termine SET Name = ? WHERE Name = ?");
-        command.Parameters() = {"Morgen", "Urlaub"};
+        command.Parameters() = {"Morgen", "2026-01-01 10:00"};
         QCOMPARE(command.Execute(), 1);
     }
 
@@ -202,7 +176,6 @@ private slots:
         QTest::newRow("local time, autumn twice") << QVariant(QDateTime(QDate(2026, 10, 25), QTime(2, 30)))
                                                   << QDateTime(QDate(2026, 10, 25), QTime(2, 30), Qt::UTC);
     }
-
     void datesRoundTripWithoutZoneShift()
     {
         QFETCH(QVariant, written);
@@ -218,14 +191,6 @@ private slots:
         QCOMPARE(value.typeId(), int(QMetaType::QDateTime));
         QCOMPARE(value.toDateTime(), wallClock);
         QCOMPARE(value.toDateTime().timeSpec(), Qt::UTC);
-    }
-
-    void dateLikeTextStaysText()
-    {
-        insert(QVariant::fromValue(at(2026, 1, 1)), "2026-01-01 10:00");
-        kvRecordset recordset;
-        recordset.Open("SELECT Name FROM Termine", m_connection.get());
-        QCOMPARE(recordset.Fields()["Name"].Value(), QVariant(QStringLiteral("2026-01-01 10:00")));
     }
 
     void statesAndTheirErrorNumbers()
@@ -260,7 +225,6 @@ private slots:
         QTest::addColumn<int>("error");
         QTest::addColumn<QDateTime>("expected");   // wall clock, in UTC as carrier
         const auto wall = [](int y, int m, int d, int h, int n, int s = 0) { return QDateTime(QDate(y, m, d), QTime(h, n, s), Qt::UTC); };
-        QTest::newRow("local gap") << QVariant(QDateTime(QDate(2026, 3, 29), QTime(2, 30))) << 0 << wall(2026, 3, 29, 2, 30);
         QTest::newRow("iso seconds") << QVariant("2026-03-29 02:30:45") << 0 << wall(2026, 3, 29, 2, 30, 45);
         QTest::newRow("iso T zone") << QVariant("2026-03-29T02:30:00.000Z") << 0 << wall(2026, 3, 29, 2, 30);
         QTest::newRow("german text") << QVariant("17.03.2004 14:05") << 0 << wall(2004, 3, 17, 14, 5);
@@ -269,7 +233,6 @@ private slots:
         QTest::newRow("text") << QVariant("kein Datum") << 13 << QDateTime();
         QTest::newRow("impossible") << QVariant("2026-02-30 10:00") << 13 << QDateTime();
     }
-
     void toDate()
     {
         QFETCH(QVariant, value);

@@ -25,32 +25,12 @@ constexpr auto SQLite = kvParameterizedSql::Engine::SQLite;
 
 } // namespace
 
-/*!
-    The SQL the store sends, without a database: dialect choice, date literals, the plain texts
-    (ParameterizedSql false) with their quirks, the bound statements (true) and the table names
-    they accept. The same statements run on real engines in tst_kvAppointmentStore.
-*/
+// The SQL the store sends, without a database; the same statements run on real engines in tst_kvAppointmentStore.
 class tst_kvSqlTexts : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void formatDbDate_data()
-    {
-        QTest::addColumn<int>("dialect");
-        QTest::addColumn<QString>("expected");
-        QTest::newRow("SQL Server keeps seconds") << 1 << QStringLiteral("CONVERT(DATETIME,'2004-03-17 14:05:30',102)");
-        QTest::newRow("Access") << 2 << QStringLiteral("#03-17-2004 14:05#");
-        QTest::newRow("MySQL") << 3 << QStringLiteral("'2004-03-17 14:05'");
-        QTest::newRow("not yet chosen (0)") << 0 << QStringLiteral("'2004-03-17 14:05'");
-    }
-    void formatDbDate()
-    {
-        QFETCH(int, dialect);
-        QFETCH(QString, expected);
-        QCOMPARE(kvSqlTexts::FormatDbDate(at(2004, 3, 17, 14, 5, 30), dialect), expected);
-    }
-
     void databaseDialect_data()
     {
         QTest::addColumn<int>("dbDateFormat");
@@ -86,6 +66,9 @@ private slots:
     {
         QTest::addColumn<QString>("sql");
         QTest::addColumn<QString>("expected");
+        QTest::newRow("SQL Server date keeps seconds") << kvSqlTexts::FormatDbDate(at(2004, 3, 17, 14, 5, 30), 1)
+                                                       << "CONVERT(DATETIME,'2004-03-17 14:05:30',102)";
+        QTest::newRow("date, dialect not yet chosen") << kvSqlTexts::FormatDbDate(at(2004, 3, 17, 14, 5, 30), 0) << "'2004-03-17 14:05'";
         QTest::newRow("day, Access") << kvSqlTexts::DayQuery(termine, at(2004, 3, 17), 2)
             << "SELECT Termine.* From Termine Where ((Termine.DateBegin <= #03-17-2004 00:00#) And (Termine.DateEnd >= "
                "#03-17-2004 00:00#)) Or ((Termine.DateBegin >= #03-17-2004 00:00#) And (Termine.DateBegin < "
@@ -183,24 +166,11 @@ private slots:
         QCOMPARE(kvParameterizedSql::EngineOf(QStringLiteral("QODBC")), E::Other);
     }
 
-    void deleteQuestion_data()
+    //! A time within the minute after midnight is all day (the other forms are asked in tst_kvEditFlow).
+    void deleteQuestionAtMidnight()
     {
-        QTest::addColumn<kvDate>("begin");
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("expected");
-        QTest::newRow("all day") << at(2004, 3, 17) << QStringLiteral("Urlaub") << QStringLiteral("Termin < Urlaub> löschen?");
-        QTest::newRow("14:30") << at(2004, 3, 17, 14, 30) << QStringLiteral("Zahnarzt")
-                               << QStringLiteral("Termin <14:30 Zahnarzt> löschen?");
-        QTest::newRow("00:00:30 reads 00:00") << at(2004, 3, 17, 0, 0, 30) << QStringLiteral("a")
-                                              << QStringLiteral("Termin < a> löschen?");
-        QTest::newRow("00:01") << at(2004, 3, 17, 0, 1) << QStringLiteral("a") << QStringLiteral("Termin <00:01 a> löschen?");
-    }
-    void deleteQuestion()
-    {
-        QFETCH(kvDate, begin);
-        QFETCH(QString, name);
-        QFETCH(QString, expected);
-        QCOMPARE(kvSqlTexts::DeleteQuestion(begin, name), expected);
+        QCOMPARE(kvSqlTexts::DeleteQuestion(at(2004, 3, 17, 0, 0, 30), QStringLiteral("a")), QStringLiteral("Termin < a> löschen?"));
+        QCOMPARE(kvSqlTexts::DeleteQuestion(at(2004, 3, 17, 0, 1), QStringLiteral("a")), QStringLiteral("Termin <00:01 a> löschen?"));
     }
 
     void tableNames_data()

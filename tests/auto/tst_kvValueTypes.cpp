@@ -1,5 +1,4 @@
-// The value types under the control: kvDate, 16-bit arithmetic, OLE colours, control arrays,
-// Format and CDate.
+// kvDate, 16-bit arithmetic, OLE colours, control arrays, Format and CDate.
 #include "kvControlArray.h"
 #include "kvFormat.h"
 #include "kvInt16.h"
@@ -45,7 +44,6 @@ private slots:
         QTest::newRow("DateSerial month 13") << kvDate::DateSerial(2024, 13, 1) << 45658.0 << wall(2025, 1, 1);
         QTest::newRow("DateSerial 32 April") << kvDate::DateSerial(2024, 4, 32) << 45414.0 << wall(2024, 5, 2);
     }
-
     void dateSerials()
     {
         QFETCH(kvDate, value);
@@ -80,7 +78,6 @@ private slots:
         QTest::newRow("32767.5") << 'd' << 32767.5 << 0.0 << 0 << 6;
         QTest::newRow("NaN") << 'd' << std::numeric_limits<double>::quiet_NaN() << 0.0 << 0 << 6;
     }
-
     void int16Arithmetic()
     {
         QFETCH(char, operation);
@@ -115,7 +112,6 @@ private slots:
         QTest::newRow("info background") << 0x80000018u << QColor(7, 8, 9);
         QTest::newRow("unknown system colour") << 0x800000FFu << QColor(20, 30, 40);
     }
-
     void oleColours()
     {
         QFETCH(quint32, ole);
@@ -145,7 +141,6 @@ private slots:
         QTest::newRow("unload the template") << 'u' << 0 << 362
                                              << QStringLiteral("In der Entwurfszeit erstellte Steuerelemente können nicht entladen werden");
     }
-
     void controlArrayErrors()
     {
         QFETCH(char, action);
@@ -208,7 +203,6 @@ private slots:
         row("English Long Time", wednesday, "Long Time", "2:05:00 PM", "en_US");
         row("French mmm loses its dot", at(2026, 1, 4), "mmm", "janv", "fr_FR");
     }
-
     void format()
     {
         QFETCH(kvDate, value);
@@ -238,7 +232,6 @@ private slots:
                                  "abc", "17 Foo 2004", "17.03", "14:30 15:00", "2004-03-17T14:05", "17.03.0099"})
             row(text, QDateTime());
     }
-
     void cdate()
     {
         QFETCH(QString, text);
@@ -254,11 +247,9 @@ private slots:
     void cdateReadsWhatFormatWrites_data()
     {
         QTest::addColumn<QString>("locale");
-        QTest::newRow("German") << QStringLiteral("de_DE");
-        QTest::newRow("English") << QStringLiteral("en_US");
-        QTest::newRow("French") << QStringLiteral("fr_FR");
+        for (const char *locale : {"de_DE", "en_US", "fr_FR"})
+            QTest::newRow(locale) << QString::fromLatin1(locale);
     }
-
     void cdateReadsWhatFormatWrites()
     {
         QFETCH(QString, locale);

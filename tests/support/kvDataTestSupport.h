@@ -1,13 +1,9 @@
 #pragma once
 
-#include <QByteArray>
-#include <QDate>
+#include <QDateTime>
 #include <QFile>
 #include <QHash>
 #include <QString>
-#include <QDateTime>
-#include <QTime>
-#include <QtGlobal>
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
@@ -32,11 +28,7 @@ inline int closedLocalPort()
     return port;
 }
 
-/*!
-    Puts the process in Europe/Berlin, where the clocks jump from 02:00 to 03:00 on
-    29 March 2026, so that a date test sees any shift a local-time conversion would make.
-    Returns whether 02:30 that night is indeed no valid local time.
-*/
+//! Puts the process in Europe/Berlin; true when 02:30 on 29 March 2026 is no valid local time there.
 inline bool useBerlinTime()
 {
     qputenv("TZ", "Europe/Berlin");
@@ -44,27 +36,17 @@ inline bool useBerlinTime()
     return !QDateTime(QDate(2026, 3, 29), QTime(2, 30)).isValid();
 }
 
-/*!
-    The details of the throwaway MariaDB server of the CTest fixture "MariaDB": the key=value
-    lines of the file named by $KV_MARIADB_INFO. Empty when the variable or the file is missing
-    (the server is not running); \a problem then says why.
-*/
+//! The key=value lines of the MariaDB fixture's file named by $KV_MARIADB_INFO; empty, and why in \a problem, without one.
 inline QHash<QString, QString> readMariaDbInfo(QString *problem)
 {
     QHash<QString, QString> info;
-    const QString path = qEnvironmentVariable("KV_MARIADB_INFO");
-    if (path.isEmpty()) {
-        *problem = QStringLiteral("KV_MARIADB_INFO is not set: run through CTest, which starts the MariaDB fixture");
-        return info;
-    }
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        *problem = QStringLiteral("no MariaDB info file %1: the server is not running").arg(path);
+    QFile file(qEnvironmentVariable("KV_MARIADB_INFO"));
+    if (file.fileName().isEmpty() || !file.open(QIODevice::ReadOnly)) {
+        *problem = QStringLiteral("no MariaDB info file \"%1\": run through CTest, which starts the server").arg(file.fileName());
         return info;
     }
     for (const QByteArray &line : file.readAll().split('\n')) {
-        const qsizetype equals = line.indexOf('=');
-        if (equals > 0)
+        if (const qsizetype equals = line.indexOf('='); equals > 0)
             info.insert(QString::fromUtf8(line.left(equals)), QString::fromUtf8(line.mid(equals + 1)));
     }
     return info;

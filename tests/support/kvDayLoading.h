@@ -3,20 +3,14 @@
 #include "ctlDay.h"
 #include "ctlEntry.h"
 #include "kvAppointmentStore.h"
-#include "kvDate.h"
 #include "kvDayCellFiller.h"
 
 #include <QStringList>
-#include <QtGlobal>
 
 #include <memory>
 
-/*!
-    Loads \a day through \a store into a fresh cell and returns the cell. The store's result
-    (empty, or "12-" step and description) goes to \a result, or is logged as a warning.
-*/
-inline std::unique_ptr<ctlDay> loadDay(kvAppointmentStore &store, const kvDate &day, uint backColor,
-                                       QString *result = nullptr)
+//! \a day loaded through \a store into a fresh cell; the store's result ("" or "12-" step) to \a result, else warned.
+inline std::unique_ptr<ctlDay> loadDay(kvAppointmentStore &store, const kvDate &day, uint backColor, QString *result = nullptr)
 {
     auto cell = std::make_unique<ctlDay>();
     cell->Init(day, QString(), QString(), 0x8000000Fu, 0);

@@ -7,7 +7,7 @@
 
 #include <functional>
 
-//! The VB error number \a operation throws as a kvRuntimeError, or 0 when it returns.
+//! The error number \a operation throws as a kvRuntimeError (its description to \a description), or 0.
 inline int errorNumber(const std::function<void()> &operation, QString *description = nullptr)
 {
     try {
@@ -20,7 +20,7 @@ inline int errorNumber(const std::function<void()> &operation, QString *descript
     return 0;
 }
 
-//! Where tests save their gallery of PNGs: $KV_TEST_OUTPUT (set by CTest), else the temp folder.
+//! Where tests save their PNGs: $KV_TEST_OUTPUT (set by CTest), else the temp folder.
 inline QString galleryFolder()
 {
     const QString folder = qEnvironmentVariable("KV_TEST_OUTPUT", QDir::tempPath());
