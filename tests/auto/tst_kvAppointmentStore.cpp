@@ -204,7 +204,7 @@ private slots:
         QString description;
         QTEST(errorNumber([&] { connection.Open(text); }, &description), "number");
         if (connection.State() == int(kvConnection::adStateOpen)) {
-            QCOMPARE(connection.engine(), kvDataSource::MySql);
+            QCOMPARE(kvDataSource::Of(connection).engine(), kvDataSource::MySql);
             kvRecordset recordset;
             recordset.Open(QStringLiteral("SELECT CONCAT(USER(), ' ', DATABASE())"), &connection);
             QCOMPARE(recordset.Fields().Item(0).Value().toString(), outcome);
