@@ -111,6 +111,7 @@ private Q_SLOTS:
                                  begin.toString(u"dd.MM. HH:mm"), end.toString(u"dd.MM. HH:mm"), name);
                              bCancel = cancel;
                          });
+        calendar.statements.clear();
         int loads = calendar.dayLoads();
         triggerNew(calendar);
         QCOMPARE(calendar.dayLoads() - loads, 7); // not cancelled: reloaded
