@@ -1,27 +1,19 @@
-// The edit flow as a user lives it, on a real database with ParameterizedSql:
-// built twice, as tst_kvEditEndToEnd on SQLite and as tst_kvEditEndToEndMariaDb on the CTest
-// fixture's MariaDB server (KV_END_TO_END_ON_MARIADB).
+// The edit flow as a user lives it, built twice: on SQLite, and on the CTest fixture's MariaDB
+// server (KV_END_TO_END_ON_MARIADB).
 #include "frmEdit.h"
 #include "kvEditCalendar.h"
-#include "kvKalivoTestAccess.h"
-#include "kvKalivo.h"
 #include "kvMessageBox.h"
 
 #include <QtTest>
 
 #include <optional>
 
-namespace {
-
 using Calendar = kvEditCalendar;
-
 #ifdef KV_END_TO_END_ON_MARIADB
 const auto database = kvTestCalendar::Database::MariaDb;
 #else
 const auto database = kvTestCalendar::Database::Sqlite;
 #endif
-
-} // namespace
 
 class tst_kvEditEndToEnd : public QObject
 {
@@ -43,7 +35,7 @@ void tst_kvEditEndToEnd::doubleClickRowChangesNameWithApostrophe()
     Calendar calendar(database);
     calendar.add(at(18, 10), at(18, 11), QStringLiteral("Müller"));
     calendar.add(at(18, 12), at(18, 13), QStringLiteral("Mittag"));
-    calendar.reload();
+    calendar.control.Refresh();
     m_services->runner.Enqueue(typeName(QStringLiteral("O'Brien")));
     calendar.doubleClickRow(18, 1);
     QCOMPARE(m_services->runner.ExecCount(), 1);
@@ -53,7 +45,7 @@ void tst_kvEditEndToEnd::doubleClickRowChangesNameWithApostrophe()
     QVERIFY(frmEdit::ThreadInstance().isWindow());
     QCOMPARE(m_services->messageBox().CallCount(), 0);
     QCOMPARE(calendar.names(), (QStringList{QStringLiteral("O'Brien"), QStringLiteral("Mittag")}));
-    QCOMPARE(calendar.begins().constFirst(), at(18, 10).toDateTime());
+    QCOMPARE(calendar.firstBegin(), at(18, 10).toDateTime());
     QCOMPARE(calendar.cell(18)->Entries(1)->Text(), QStringLiteral("O'Brien"));
     QCOMPARE(calendar.control.ActualDate(), QDate(2026, 11, 18));
 
@@ -76,7 +68,7 @@ void tst_kvEditEndToEnd::doubleClickDayCreatesAppointmentOnThatDay()
     QCOMPARE(m_services->runner.ExecCount(), 1);
     QCOMPARE(kvKalivoTestAccess::SelectedEntryIndex(calendar.control), qint16(-1));
     QCOMPARE(calendar.names(), QStringList{QStringLiteral("Zahnarzt")});
-    QCOMPARE(calendar.begins().constFirst().date(), QDate(2026, 11, 17));
+    QCOMPARE(calendar.firstBegin().date(), QDate(2026, 11, 17));
     QCOMPARE(calendar.cell(17)->EntriesCount(), 1);
     QCOMPARE(calendar.cell(17)->Entries(1)->Text(), QStringLiteral("Zahnarzt"));
 }
@@ -85,7 +77,7 @@ void tst_kvEditEndToEnd::editorDeleteButtonAsksAndDeletes()
 {
     Calendar calendar(database);
     calendar.add(at(18, 10), at(18, 11), QStringLiteral("Müller"));
-    calendar.reload();
+    calendar.control.Refresh();
     m_services->runner.Enqueue(pressButton("cmdDelete"));
     m_services->messageBox().EnqueueAnswer(kvMessageBox::vbNo);
     calendar.doubleClickRow(18, 1);
@@ -104,7 +96,7 @@ void tst_kvEditEndToEnd::databaseEventsWithHostCancellingWriteNothing()
 {
     Calendar calendar(database);
     calendar.add(at(18, 10), at(18, 11), QStringLiteral("Müller"));
-    calendar.reload();
+    calendar.control.Refresh();
     calendar.control.setRaiseDatabaseEvents(true);
     int changes = 0, news = 0, deletes = 0;
     QObject::connect(&calendar.control, &kvKalivo::DateChange,

@@ -1,12 +1,11 @@
 // The control shell: defaults, property rules, re-layout triggers and persistence.
 #include "ctlToolTip.h"
-#include "kvAppointmentTable.h"
-#include "kvConnection.h"
 #include "kvControlTestServices.h"
-#include "kvKalivo.h"
+#include "kvDesignerFormValues.h"
 #include "kvKalivoTestAccess.h"
 #include "kvMemoryPropertyBag.h"
 #include "kvSettingsPropertyBag.h"
+#include "kvTestCalendar.h"
 
 #include <QAction>
 #include <QDateEdit>
@@ -15,7 +14,6 @@
 #include <QSettings>
 #include <QSignalSpy>
 #include <QStatusBar>
-#include <QTemporaryDir>
 #include <QToolBar>
 #include <QtTest>
 
@@ -33,9 +31,9 @@ QString caption(const kvKalivo &control)
     return control.findChild<QLabel *>(QStringLiteral("lblMonat"))->text();
 }
 
-QAction *toolbarButton(const kvKalivo &control, const QString &key)
+QAction *toolbarButton(const kvKalivo &control, const char *key)
 {
-    return control.findChild<QToolBar *>(QStringLiteral("ToolbarMain"))->findChild<QAction *>(key);
+    return control.findChild<QToolBar *>(QStringLiteral("ToolbarMain"))->findChild<QAction *>(QLatin1String(key));
 }
 
 QDateEdit *datePicker(const kvKalivo &control)
@@ -43,7 +41,6 @@ QDateEdit *datePicker(const kvKalivo &control)
     return control.findChild<QDateEdit *>(QStringLiteral("DTPicker1"));
 }
 
-//! The property names a PropertyChanged spy recorded.
 QStringList names(const QSignalSpy &notified)
 {
     QStringList result;
@@ -52,49 +49,15 @@ QStringList names(const QSignalSpy &notified)
     return result;
 }
 
-void configureEverything(kvKalivo &control)
+//! The properties \a names (default: every persisted one) have the values of a fresh control.
+void compareWithDefaults(const kvKalivo &control, QList<QByteArray> names = {})
 {
-    control.setView(kvKalivo::kvMonth);
-    control.setWeekendColumns(kvKalivo::kvTwo);
-    control.setBackColor(0x0000FF);
-    control.setActualDate(QDate(2024, 2, 29));
-    control.setDayHeaderColor1(0x00FF00);
-    control.setToolTipBackColor1(0xABCDEF);
-    control.setWeeksVisible(false);
-    control.setRecordSource(QStringLiteral("Termine"));
-    control.setAutoRefresh(false);
-    control.setFootnote(QStringLiteral("Gedruckt: Büro Müller"));
-    control.setDbDateFormat(kvKalivo::kvMySQL);
-    control.setParameterizedSql(true);
-}
-
-void compareWithEverything(const kvKalivo &control)
-{
-    QCOMPARE(control.View(), kvKalivo::kvMonth);
-    QCOMPARE(control.WeekendColumns(), kvKalivo::kvTwo);
-    QCOMPARE(control.BackColor(), 0x0000FFu);
-    QCOMPARE(control.ActualDate(), QDate(2024, 2, 29));
-    QCOMPARE(control.DayHeaderColor1(), 0x00FF00u);
-    QCOMPARE(control.ToolTipBackColor1(), 0xABCDEFu);
-    QCOMPARE(control.WeeksVisible(), false);
-    QCOMPARE(control.RecordSource(), QStringLiteral("Termine"));
-    QCOMPARE(control.AutoRefresh(), false);
-    QCOMPARE(control.Footnote(), QStringLiteral("Gedruckt: Büro Müller"));
-    QCOMPARE(control.DbDateFormat(), kvKalivo::kvMySQL);
-    QCOMPARE(control.ParameterizedSql(), true);
-}
-
-void compareWithDefaults(const kvKalivo &control)
-{
-    QCOMPARE(control.View(), kvKalivo::kvWeek);
-    QCOMPARE(control.ActualDate(), fixedToday);
-    QCOMPARE(control.WeekendColumns(), kvKalivo::kvOne);
-    QCOMPARE(control.BackColor(), 0xFFFFFFu);
-    QCOMPARE(control.TodayHeaderColor(), 0xC0C0FFu);
-    QCOMPARE(control.WeeksVisible(), true);
-    QCOMPARE(control.AutoRefresh(), true);
-    QCOMPARE(control.ParameterizedSql(), false);
-    QVERIFY(toolbarButton(control, QStringLiteral("Week"))->isChecked());
+    const kvKalivo fresh;
+    if (names.isEmpty())
+        names = kvDesignablePersistedProperties();
+    for (const QByteArray &name : names)
+        QVERIFY2(control.property(name) == fresh.property(name), name.constData());
+    QVERIFY(toolbarButton(control, "Week")->isChecked());
 }
 
 } // namespace
@@ -103,23 +66,25 @@ class tst_kvKalivo : public QObject
 {
     Q_OBJECT
 
-private:
     std::unique_ptr<kvControlTestServices> m_services;
 
 private slots:
     void initTestCase() { m_services = std::make_unique<kvControlTestServices>(fixedToday); }
-
-    void cleanup()
-    {
-        QCOMPARE(m_services->messageBox().CallCount(), 0); // no test here expects an error report
-    }
+    void cleanup() { QCOMPARE(m_services->messageBox().CallCount(), 0); }
 
     // A fresh control: the week of today, a grey surface, icons and German tooltips on the
-    // toolbar; InitProperties gives the same defaults back after changes.
+    // toolbar; InitProperties gives the defaults back after changes.
     void defaultsAndInitProperties()
     {
         kvKalivo control;
-        compareWithDefaults(control);
+        QCOMPARE(control.View(), kvKalivo::kvWeek);
+        QCOMPARE(control.ActualDate(), fixedToday);
+        QCOMPARE(control.WeekendColumns(), kvKalivo::kvOne);
+        QCOMPARE(control.BackColor(), 0xFFFFFFu);
+        QCOMPARE(control.TodayHeaderColor(), 0xC0C0FFu);
+        QCOMPARE(control.WeeksVisible(), true);
+        QCOMPARE(control.AutoRefresh(), true);
+        QCOMPARE(control.ParameterizedSql(), false);
         QCOMPARE(control.ToolTipBackColor1(), ctlToolTip::DefaultToolTipBackColor1);
         QCOMPARE(datePicker(control)->date(), fixedToday);
         QCOMPARE(statusText(control), QStringLiteral("47. KW"));
@@ -132,9 +97,12 @@ private slots:
         }
         QCOMPARE(toolTips, (QStringList{"Wochenansicht", "Monatsansicht", "Zurück", "Vor", "Drucken",
                                         "Vorheriger Termin", "Nächster Termin", "Heute", "Neuer Termin"}));
-        configureEverything(control);
+        for (const auto &[name, value] : kvDesignerFormValues())
+            control.setProperty(name, value);
         control.InitProperties();
-        compareWithDefaults(control);
+        compareWithDefaults(control, {"View", "ActualDate", "WeekendColumns", "BorderStyle", "BackColor",
+                                      "TodayHeaderColor", "DayHeaderColor1", "DayHeaderColor2", "WeeksVisible",
+                                      "AutoRefresh", "ParameterizedSql"});
     }
 
     // WeekendColumns other than 1 or 2 is ignored; only AutoRefresh re-layouts anyway.
@@ -160,7 +128,6 @@ private slots:
         control.setWeekendColumns(kvKalivo::kvTwo);
         control.setAutoRefresh(autoRefresh);
         QSignalSpy arranged(kvKalivoTestAccess::Grid(control), &kvDayGrid::gridArranged);
-        QSignalSpy marked(kvKalivoTestAccess::Grid(control), &kvDayGrid::actualDayMarked);
         QSignalSpy notified(&control, &kvKalivo::PropertyChanged);
         control.setWeekendColumns(kvKalivo::enWeekendColumns(value));
         QCOMPARE(int(control.WeekendColumns()), stored);
@@ -174,8 +141,7 @@ private slots:
     {
         kvKalivo control;
         control.setActualDate(QDate(2024, 5, 17));
-        QLabel *panel = control.findChild<QStatusBar *>()->findChild<QLabel *>();
-        panel->setText(QStringLiteral("overwritten"));
+        control.findChild<QStatusBar *>()->findChild<QLabel *>()->setText(QStringLiteral("overwritten"));
         {
             const QSignalBlocker blocker(datePicker(control));
             datePicker(control)->setDate(QDate(2001, 1, 1));
@@ -186,7 +152,7 @@ private slots:
         control.setActualDate(QDate(2024, 5, 17));
         QCOMPARE(arranged.count(), 1);
         QCOMPARE(marked.count(), 1);
-        QCOMPARE(panel->text(), QStringLiteral("20. KW"));
+        QCOMPARE(statusText(control), QStringLiteral("20. KW"));
         QCOMPARE(datePicker(control)->date(), QDate(2001, 1, 1));
         QCOMPARE(notified.count(), 0);
         control.setActualDate(QDate(2021, 1, 1));
@@ -241,7 +207,7 @@ private slots:
         QVERIFY(!toolTip->isVisible());
     }
 
-    // Values equal to their defaults are not written; everything else survives both bags.
+    // Values equal to their defaults are not written; every persisted property survives both bags.
     void writeAndReadProperties()
     {
         kvMemoryPropertyBag defaults;
@@ -256,13 +222,15 @@ private slots:
         for (kvPropertyBag *bag : std::initializer_list<kvPropertyBag *>{&memoryBag, &settingsBag}) {
             {
                 kvKalivo original;
-                configureEverything(original);
+                for (const auto &[name, value] : kvDesignerFormValues())
+                    original.setProperty(name, value);
                 original.WriteProperties(*bag);
             }
             kvKalivo restored;
             restored.ReadProperties(*bag);
-            compareWithEverything(restored);
-            QVERIFY(toolbarButton(restored, QStringLiteral("Month"))->isChecked());
+            for (const auto &[name, value] : kvDesignerFormValues())
+                QVERIFY2(restored.property(name) == value, name.constData());
+            QVERIFY(toolbarButton(restored, "Month")->isChecked());
         }
     }
 
@@ -295,7 +263,6 @@ private slots:
         kvKalivo control;
         control.ReadProperties(bag);
         compareWithDefaults(control);
-        QCOMPARE(control.ToolTipBackColor1(), ctlToolTip::DefaultToolTipBackColor1);
     }
 
     void monthCaption_data()
@@ -343,33 +310,26 @@ private slots:
     // enables them. A missing table is reported with the engine's message.
     void connectionStateEnablesTheDatabaseButtons()
     {
-        QTemporaryDir folder;
-        kvConnection connection;
-        connection.Open(QStringLiteral("Driver=SQLite3;Database=%1").arg(folder.filePath(QStringLiteral("t.db"))));
-        kvAppointmentTable::Create(connection, QStringLiteral("Termine"));
-        kvKalivo control;
-        control.setRecordSource(QStringLiteral("Termine"));
-        control.setConnection(&connection);
-        const QStringList keys{QStringLiteral("Next"), QStringLiteral("Previous"), QStringLiteral("New")};
-        for (const QString &key : keys)
-            QVERIFY2(toolbarButton(control, key)->isEnabled(), qPrintable(key));
+        kvTestCalendar calendar;
+        for (const char *key : {"Next", "Previous", "New"})
+            QVERIFY2(toolbarButton(calendar.control, key)->isEnabled(), key);
         kvConnection closed;
-        closed.setConnectionString(connection.ConnectionString());
-        control.setConnection(&closed);
-        for (const QString &key : keys)
-            QVERIFY2(!toolbarButton(control, key)->isEnabled(), qPrintable(key));
-        QVERIFY(toolbarButton(control, QStringLiteral("Forward"))->isEnabled());
+        closed.setConnectionString(calendar.connection.ConnectionString());
+        calendar.control.setConnection(&closed);
+        for (const char *key : {"Next", "Previous", "New"})
+            QVERIFY2(!toolbarButton(calendar.control, key)->isEnabled(), key);
+        QVERIFY(toolbarButton(calendar.control, "Forward")->isEnabled());
         QCOMPARE(m_services->messageBox().CallCount(), 1);
         QVERIFY(m_services->messageBox().LastCall().prompt.startsWith(QStringLiteral("kvKalivo-Fehlercode ")));
         m_services->messageBox().Clear();
 
         kvKalivo missingTable;
         missingTable.setRecordSource(QStringLiteral("Fehlt"));
-        missingTable.setConnection(&connection);
+        missingTable.setConnection(&calendar.connection);
         QCOMPARE(m_services->messageBox().CallCount(), 1);
         QVERIFY2(m_services->messageBox().LastCall().prompt.contains(QStringLiteral("no such table")),
                  qPrintable(m_services->messageBox().LastCall().prompt));
-        QVERIFY(toolbarButton(missingTable, QStringLiteral("Next"))->isEnabled());
+        QVERIFY(toolbarButton(missingTable, "Next")->isEnabled());
         m_services->messageBox().Clear();
     }
 };
