@@ -1,12 +1,7 @@
 // The control's handling of its day cells' events: selection, the context menu, the delayed
 // tooltip and the row that holds the mouse.
-#include "ctlDay.h"
-#include "ctlEntry.h"
 #include "ctlToolTip.h"
-#include "kvControlTestServices.h"
 #include "kvEditCalendar.h"
-#include "kvKalivoTestAccess.h"
-#include "kvKalivo.h"
 #include "kvSystemMessageBox.h"
 #include "kvWhenShown.h"
 
@@ -14,7 +9,6 @@
 #include <QLabel>
 #include <QMenu>
 #include <QMessageBox>
-#include <QPushButton>
 #include <QStatusBar>
 #include <QTimer>
 #include <QtTest>
@@ -53,9 +47,12 @@ struct Calendar : kvEditCalendar
     QMenu *menu() { return control.findChild<QMenu *>(QStringLiteral("Kontextmenü")); }
     ctlToolTip *toolTip() { return control.findChild<ctlToolTip *>(); }
     QTimer *timer(const char *name) { return control.findChild<QTimer *>(QString::fromLatin1(name)); }
+    bool tooltipMode() { return kvKalivoTestAccess::TooltipMode(control); }
 };
 
 } // namespace
+
+Q_DECLARE_METATYPE(std::function<void(Calendar &)>)
 
 class tst_kvCellInteraction : public QObject
 {
@@ -66,252 +63,224 @@ class tst_kvCellInteraction : public QObject
 private Q_SLOTS:
     void init() { m_services.emplace(fixedToday); }
     void cleanup() { m_services.reset(); }
-    void rightClickSelectsAndOpensTheMenu_data();
-    void rightClickSelectsAndOpensTheMenu();
-    void focusMakesTheCellsDayCurrent();
-    void tooltipAfterRestThenImmediateThenIdle();
-    void tooltipOnActualDayIsNotShifted();
-    void tooltipPushedBackAtRightEdge();
-    void pendingTooltipAfterRefreshShowsNothing();
-    void clickOnTooltipOrRowHidesIt();
-    void reloadLetsGoOfTheCapturedRow();
-    void dialogsOpenWithTheMouseFree_data();
-    void dialogsOpenWithTheMouseFree();
-};
 
-// A right-click selects the day (and the row under it) and opens the menu with the row items
-// "Bearbeiten..." and "Löschen..." enabled only over a row, the view switch only over the day.
-// A day right-click after a row one never leaves the row items enabled; a left click does nothing.
-void tst_kvCellInteraction::rightClickSelectsAndOpensTheMenu_data()
-{
-    QTest::addColumn<int>("day");
-    QTest::addColumn<int>("row");
-    QTest::newRow("day") << 17 << 0;
-    QTest::newRow("row") << 18 << 2;
-}
-
-void tst_kvCellInteraction::rightClickSelectsAndOpensTheMenu()
-{
-    QFETCH(int, day);
-    QFETCH(int, row);
-    Calendar calendar;
-    const QPoint onTheDay(20, calendar.cell(day)->height() - 10);
-    for (int pass = 0; pass < 2; ++pass) {
-        const bool onRow = row > 0 && pass == 0;
-        QTest::mouseClick(calendar.cell(day), Qt::RightButton, Qt::NoModifier,
-                          onRow ? calendar.rowPoint(day, row) : onTheDay);
-        QCOMPARE(calendar.control.ActualDate(), QDate(2026, 11, day));
-        QCOMPARE(kvKalivoTestAccess::SelectedDayIndex(calendar.control), qint16(day - 15));
-        if (onRow)
-            QCOMPARE(kvKalivoTestAccess::SelectedEntryIndex(calendar.control), qint16(row));
-        QVERIFY(calendar.cell(day)->IsActualDay());
-        QCOMPARE(calendar.item(1)->isEnabled(), onRow);
-        QCOMPARE(calendar.item(2)->isEnabled(), onRow);
-        QCOMPARE(calendar.item(6)->isEnabled(), !onRow);
-        QVERIFY(calendar.item(0)->isEnabled());
-        QTRY_VERIFY(calendar.menu()->isVisible());
-        calendar.menu()->hide();
+    // A right-click selects the day (and the row under it) and opens the menu with "Bearbeiten..."
+    // and "Löschen..." enabled only over a row, the view switch only over the day. A day
+    // right-click after a row one never leaves the row items enabled; a left click does nothing.
+    void rightClickSelectsAndOpensTheMenu_data()
+    {
+        QTest::addColumn<int>("day");
+        QTest::addColumn<int>("row");
+        QTest::newRow("day") << 17 << 0;
+        QTest::newRow("row") << 18 << 2;
     }
-    QTest::mouseClick(calendar.cell(19), Qt::LeftButton, Qt::NoModifier, onTheDay);
-    QCOMPARE(kvKalivoTestAccess::SelectedDayIndex(calendar.control), qint16(day - 15));
-    QVERIFY(!calendar.menu()->isVisible());
-}
+    void rightClickSelectsAndOpensTheMenu()
+    {
+        QFETCH(int, day);
+        QFETCH(int, row);
+        Calendar calendar;
+        const QPoint onTheDay(20, calendar.cell(day)->height() - 10);
+        for (int pass = 0; pass < 2; ++pass) {
+            const bool onRow = row > 0 && pass == 0;
+            QTest::mouseClick(calendar.cell(day), Qt::RightButton, Qt::NoModifier,
+                              onRow ? calendar.rowPoint(day, row) : onTheDay);
+            QCOMPARE(calendar.control.ActualDate(), QDate(2026, 11, day));
+            QCOMPARE(kvKalivoTestAccess::SelectedDayIndex(calendar.control), qint16(day - 15));
+            if (onRow)
+                QCOMPARE(kvKalivoTestAccess::SelectedEntryIndex(calendar.control), qint16(row));
+            QVERIFY(calendar.cell(day)->IsActualDay());
+            QCOMPARE(calendar.item(1)->isEnabled(), onRow);
+            QCOMPARE(calendar.item(2)->isEnabled(), onRow);
+            QCOMPARE(calendar.item(6)->isEnabled(), !onRow);
+            QVERIFY(calendar.item(0)->isEnabled());
+            QTRY_VERIFY(calendar.menu()->isVisible());
+            calendar.menu()->hide();
+        }
+        QTest::mouseClick(calendar.cell(19), Qt::LeftButton, Qt::NoModifier, onTheDay);
+        QCOMPARE(kvKalivoTestAccess::SelectedDayIndex(calendar.control), qint16(day - 15));
+        QVERIFY(!calendar.menu()->isVisible());
+    }
 
-void tst_kvCellInteraction::focusMakesTheCellsDayCurrent()
-{
-    Calendar calendar;
-    calendar.control.activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&calendar.control));
-    calendar.cell(16)->setFocus();
-    QTRY_COMPARE(calendar.control.ActualDate(), QDate(2026, 11, 16));
-    QVERIFY(calendar.cell(16)->IsActualDay());
-    QVERIFY(!calendar.cell(22)->IsActualDay());
-    const QLabel *panel = calendar.control.findChild<QStatusBar *>(QStringLiteral("StatusBar"))->findChild<QLabel *>();
-    QCOMPARE(panel->text(), QStringLiteral("47. KW"));
-}
+    void focusMakesTheCellsDayCurrent()
+    {
+        Calendar calendar;
+        calendar.control.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&calendar.control));
+        calendar.cell(16)->setFocus();
+        QTRY_COMPARE(calendar.control.ActualDate(), QDate(2026, 11, 16));
+        QVERIFY(calendar.cell(16)->IsActualDay());
+        QVERIFY(!calendar.cell(22)->IsActualDay());
+    }
 
-void tst_kvCellInteraction::tooltipAfterRestThenImmediateThenIdle()
-{
-    Calendar calendar;
-    ctlToolTip *tip = calendar.toolTip();
-    QCOMPARE(calendar.timer("TimerTooltip")->interval(), 1000);
-    QCOMPARE(calendar.timer("TimerTooltipOFF")->interval(), 800);
-    QVERIFY(!calendar.timer("TimerTooltip")->isActive());
-    calendar.move(18, 1, 5, 5);
-    QVERIFY(calendar.timer("TimerTooltip")->isActive()); // armed
-    QVERIFY(!tip->isVisible());
-    QVERIFY(!kvKalivoTestAccess::TooltipMode(calendar.control));
-    QTest::qWait(500);
-    QVERIFY(!tip->isVisible());
-    QTRY_VERIFY_WITH_TIMEOUT(tip->isVisible(), 1500);
-    QVERIFY(kvKalivoTestAccess::TooltipMode(calendar.control));
-    QVERIFY(!calendar.timer("TimerTooltip")->isActive());
-    const ctlEntry *row = calendar.cell(18)->Entries(1);
-    QCOMPARE(tip->Text(), QStringLiteral("Zahnarzt"));
-    QCOMPARE(tip->Remark(), QStringLiteral("Dr. Weiß, Praxis am Markt"));
-    QCOMPARE(tip->Time(), row->Time());
-    QCOMPARE(tip->DateID(), 1);
-    // Not the actual day (22 is): shifted by one unit up and left.
-    QCOMPARE(tip->pos(), QPoint(calendar.cell(18)->x() + row->Left() - 1, calendar.cell(18)->y() + row->Top() - 1));
+    void tooltipAfterRestThenImmediateThenIdle()
+    {
+        Calendar calendar;
+        ctlToolTip *tip = calendar.toolTip();
+        QCOMPARE(calendar.timer("TimerTooltip")->interval(), 1000);
+        QCOMPARE(calendar.timer("TimerTooltipOFF")->interval(), 800);
+        calendar.move(18, 1, 5, 5);
+        QVERIFY(calendar.timer("TimerTooltip")->isActive()); // armed
+        QTest::qWait(500);
+        QVERIFY(!tip->isVisible());
+        QVERIFY(!calendar.tooltipMode());
+        QTRY_VERIFY_WITH_TIMEOUT(tip->isVisible(), 1500);
+        QVERIFY(calendar.tooltipMode());
+        QVERIFY(!calendar.timer("TimerTooltip")->isActive());
+        const ctlEntry *row = calendar.cell(18)->Entries(1);
+        QCOMPARE(tip->Text(), QStringLiteral("Zahnarzt"));
+        QCOMPARE(tip->Remark(), QStringLiteral("Dr. Weiß, Praxis am Markt"));
+        QCOMPARE(tip->Time(), row->Time());
+        QCOMPARE(tip->DateID(), 1);
+        // Not the actual day (22 is): shifted by one unit up and left.
+        QCOMPARE(tip->pos(), QPoint(calendar.cell(18)->x() + row->Left() - 1, calendar.cell(18)->y() + row->Top() - 1));
 
-    // Leaving the row (the captured row keeps getting the moves): hidden, mode still on.
-    calendar.move(18, 1, 5, row->Height() + 3);
-    QVERIFY(!tip->isVisible());
-    QVERIFY(kvKalivoTestAccess::TooltipMode(calendar.control));
-    QVERIFY(calendar.timer("TimerTooltipOFF")->isActive());
+        // Leaving the row (the captured row keeps getting the moves): hidden, mode still on.
+        calendar.move(18, 1, 5, row->Height() + 3);
+        QVERIFY(!tip->isVisible());
+        QVERIFY(calendar.tooltipMode());
+        QVERIFY(calendar.timer("TimerTooltipOFF")->isActive());
 
-    // Another row within 800 ms: shown at once.
-    calendar.move(18, 2, 5, 5);
-    QVERIFY(tip->isVisible());
-    QCOMPARE(tip->Text(), QStringLiteral("Mittagessen"));
-    QVERIFY(!calendar.timer("TimerTooltipOFF")->isActive());
+        // Another row within 800 ms: shown at once.
+        calendar.move(18, 2, 5, 5);
+        QVERIFY(tip->isVisible());
+        QCOMPARE(tip->Text(), QStringLiteral("Mittagessen"));
+        QVERIFY(!calendar.timer("TimerTooltipOFF")->isActive());
 
-    // The bounds are inclusive: the bottom-right corner is still inside.
-    const ctlEntry *second = calendar.cell(18)->Entries(2);
-    calendar.move(18, 2, second->Width(), second->Height());
-    QVERIFY(tip->isVisible());
+        // The bounds are inclusive: the bottom-right corner is still inside.
+        const ctlEntry *second = calendar.cell(18)->Entries(2);
+        calendar.move(18, 2, second->Width(), second->Height());
+        QVERIFY(tip->isVisible());
 
-    // Off all rows for 800 ms: idle again.
-    calendar.move(18, 2, second->Width() + 1, 5);
-    QVERIFY(!tip->isVisible());
-    QTRY_VERIFY_WITH_TIMEOUT(!kvKalivoTestAccess::TooltipMode(calendar.control), 1500);
-    calendar.move(18, 1, 5, 5);
-    QVERIFY(!tip->isVisible());
-    QVERIFY(calendar.timer("TimerTooltip")->isActive());
-}
+        // Off all rows for 800 ms: idle again.
+        calendar.move(18, 2, second->Width() + 1, 5);
+        QVERIFY(!tip->isVisible());
+        QTRY_VERIFY_WITH_TIMEOUT(!calendar.tooltipMode(), 1500);
+        calendar.move(18, 1, 5, 5);
+        QVERIFY(!tip->isVisible());
+        QVERIFY(calendar.timer("TimerTooltip")->isActive());
+    }
 
-void tst_kvCellInteraction::tooltipOnActualDayIsNotShifted()
-{
-    Calendar calendar;
-    calendar.control.resize(1400, 600); // the tooltip fits without the push-back
-    QVERIFY(calendar.cell(22)->IsActualDay());
-    calendar.control.setActualDate(QDate(2026, 11, 18));
-    QVERIFY(calendar.cell(18)->IsActualDay());
-    calendar.move(18, 1, 5, 5);
-    QTRY_VERIFY_WITH_TIMEOUT(calendar.toolTip()->isVisible(), 1500);
-    const ctlEntry *row = calendar.cell(18)->Entries(1);
-    QCOMPARE(calendar.toolTip()->pos(), QPoint(calendar.cell(18)->x() + row->Left(), calendar.cell(18)->y() + row->Top()));
-    QCOMPARE(calendar.toolTip()->NormalWidth(), qint16(kvKalivoTestAccess::DayCell(calendar.control, 1)->width() - 2));
-    QCOMPARE(calendar.toolTip()->MinWidth(), qint16(kvKalivoTestAccess::DayCell(calendar.control, 1)->width()));
-}
+    // At the control's right edge the tooltip is pushed back inside; on the actual day it is
+    // not shifted, and takes the day's width.
+    void tooltipPosition()
+    {
+        Calendar calendar;
+        ctlToolTip *tip = calendar.toolTip();
+        calendar.move(22, 1, 5, 5);
+        QTRY_VERIFY_WITH_TIMEOUT(tip->isVisible(), 1500);
+        QCOMPARE(tip->x() + tip->width(), calendar.control.width());
+        QCOMPARE(tip->Text(), QStringLiteral("Kaffee mit der ganzen Familie und den Nachbarn"));
 
-void tst_kvCellInteraction::tooltipPushedBackAtRightEdge()
-{
-    Calendar calendar;
-    calendar.move(22, 1, 5, 5);
-    QTRY_VERIFY_WITH_TIMEOUT(calendar.toolTip()->isVisible(), 1500);
-    ctlToolTip *tip = calendar.toolTip();
-    QCOMPARE(tip->x() + tip->width(), calendar.control.width());
-    QCOMPARE(tip->Text(), QStringLiteral("Kaffee mit der ganzen Familie und den Nachbarn"));
-}
+        calendar.control.resize(1400, 600); // the tooltip fits without the push-back
+        calendar.control.setActualDate(QDate(2026, 11, 18));
+        calendar.move(18, 1, 5, 5);
+        QTRY_COMPARE_WITH_TIMEOUT(tip->Text(), QStringLiteral("Zahnarzt"), 1500);
+        const ctlEntry *row = calendar.cell(18)->Entries(1);
+        QCOMPARE(tip->pos(), QPoint(calendar.cell(18)->x() + row->Left(), calendar.cell(18)->y() + row->Top()));
+        QCOMPARE(tip->NormalWidth(), qint16(calendar.cell(16)->width() - 2));
+        QCOMPARE(tip->MinWidth(), qint16(calendar.cell(16)->width()));
+    }
 
-void tst_kvCellInteraction::pendingTooltipAfterRefreshShowsNothing()
-{
-    Calendar calendar;
-    calendar.move(18, 1, 5, 5);
-    QVERIFY(calendar.timer("TimerTooltip")->isActive());
-    calendar.control.setActualDate(QDate(2026, 11, 25)); // the next week: cell 3 shows the 25th
-    QTest::qWait(1200);
-    QVERIFY(!calendar.toolTip()->isVisible());
-}
+    void pendingTooltipAfterRefreshShowsNothing()
+    {
+        Calendar calendar;
+        calendar.move(18, 1, 5, 5);
+        QVERIFY(calendar.timer("TimerTooltip")->isActive());
+        calendar.control.setActualDate(QDate(2026, 11, 25)); // the next week: cell 3 shows the 25th
+        QTest::qWait(1200);
+        QVERIFY(!calendar.toolTip()->isVisible());
+    }
 
-void tst_kvCellInteraction::clickOnTooltipOrRowHidesIt()
-{
-    Calendar calendar;
-    calendar.move(18, 1, 5, 5);
-    QTRY_VERIFY_WITH_TIMEOUT(calendar.toolTip()->isVisible(), 1500);
-    QTest::mouseClick(calendar.toolTip(), Qt::LeftButton, Qt::NoModifier, QPoint(5, 5));
-    QVERIFY(!calendar.toolTip()->isVisible());
-    QVERIFY(!kvKalivoTestAccess::TooltipMode(calendar.control)); // straight to idle
+    // A click on the tooltip, a press on a row or a left mouse-up hides it and goes idle.
+    void clickOnTooltipOrRowHidesIt()
+    {
+        Calendar calendar;
+        const std::pair<int, std::function<void()>> clicks[] = {
+            {1, [&] { QTest::mouseClick(calendar.toolTip(), Qt::LeftButton, Qt::NoModifier, QPoint(5, 5)); }},
+            {2, [&] { Q_EMIT calendar.cell(18)->EntryMouseDown(2, 0, 0, 0, 0, 0, 0); }},
+            {1, [&] { Q_EMIT calendar.cell(18)->EntryMouseUp(1, 1, 0, 5, 5); }},
+        };
+        for (const auto &[row, click] : clicks) {
+            calendar.move(18, row, 5, 5);
+            QTRY_VERIFY_WITH_TIMEOUT(calendar.toolTip()->isVisible(), 1500);
+            click();
+            QVERIFY(!calendar.toolTip()->isVisible());
+            QVERIFY(!calendar.tooltipMode());
+            QVERIFY(!calendar.timer("TimerTooltip")->isActive());
+        }
+    }
 
-    calendar.move(18, 2, 5, 5);
-    QTRY_VERIFY_WITH_TIMEOUT(calendar.toolTip()->isVisible(), 1500);
-    Q_EMIT calendar.cell(18)->EntryMouseDown(2, 0, 0, 0, 0, 0, 0);
-    QVERIFY(!calendar.toolTip()->isVisible());
-    QVERIFY(!kvKalivoTestAccess::TooltipMode(calendar.control));
-
-    calendar.move(18, 1, 5, 5);
-    QTRY_VERIFY_WITH_TIMEOUT(calendar.toolTip()->isVisible(), 1500);
-    Q_EMIT calendar.cell(18)->EntryMouseUp(1, 1, 0, 5, 5); // a left mouse-up
-    QVERIFY(!calendar.toolTip()->isVisible());
-    QVERIFY(!calendar.timer("TimerTooltip")->isActive());
-}
-
-void tst_kvCellInteraction::reloadLetsGoOfTheCapturedRow()
-{
-    Calendar calendar;
-    calendar.move(18, 1, 5, 5);
-    QCOMPARE(QWidget::mouseGrabber(), calendar.cell(18));
     // A reload unloads the rows; the captured one must not keep the mouse (it would swallow
     // every click on the cell), and the next move over a row captures it anew.
-    calendar.control.setRaiseEditEvent(true);
-    calendar.control.EditAppointment(1); // the host's Edit, not cancelled: reload
-    QCOMPARE(QWidget::mouseGrabber(), nullptr);
-    calendar.move(18, 1, 5, 5);
-    QCOMPARE(QWidget::mouseGrabber(), calendar.cell(18));
-    calendar.control.Refresh(); // the cells themselves are made anew
-    QCOMPARE(QWidget::mouseGrabber(), nullptr);
-    calendar.move(18, 1, 5, 5);
-    QCOMPARE(QWidget::mouseGrabber(), calendar.cell(18));
-}
+    void reloadLetsGoOfTheCapturedRow()
+    {
+        Calendar calendar;
+        calendar.control.setRaiseEditEvent(true);
+        for (const bool cellsMadeAnew : {false, true}) {
+            calendar.move(18, 1, 5, 5);
+            QCOMPARE(QWidget::mouseGrabber(), calendar.cell(18));
+            if (cellsMadeAnew)
+                calendar.control.Refresh();
+            else
+                calendar.control.EditAppointment(1); // the host's Edit, not cancelled: reload
+            QCOMPARE(QWidget::mouseGrabber(), nullptr);
+        }
+        calendar.move(18, 1, 5, 5);
+        QCOMPARE(QWidget::mouseGrabber(), calendar.cell(18));
+    }
 
-Q_DECLARE_METATYPE(std::function<void(Calendar &)>)
-
-// A row holds the mouse while the pointer rests on it. Had it still held it when a dialog
-// opened, every click would go to the row and the dialog's buttons would look dead.
-void tst_kvCellInteraction::dialogsOpenWithTheMouseFree_data()
-{
-    QTest::addColumn<std::function<void(Calendar &)>>("open");
-    QTest::addColumn<QString>("closeButton");
-    QTest::newRow("double-click on the row: the editor")
-        << std::function<void(Calendar &)>([](Calendar &calendar) { calendar.doubleClickRow(18, 1); })
-        << QStringLiteral("CancelButton");
-    QTest::newRow("\"Löschen...\" on the row: the question")
-        << std::function<void(Calendar &)>([](Calendar &calendar) {
-               calendar.rightClickRow(18, 1);
-               calendar.menu()->hide();
-               calendar.hover(18, 1);
-               calendar.chooseMenuItem(2);
-           })
-        << QStringLiteral("No");
-    QTest::newRow("the toolbar's print question")
-        << std::function<void(Calendar &)>([](Calendar &calendar) {
-               calendar.control.findChild<QAction *>(QStringLiteral("Print"))->trigger();
-           })
-        << QStringLiteral("No");
-}
-
-void tst_kvCellInteraction::dialogsOpenWithTheMouseFree()
-{
-    QFETCH(std::function<void(Calendar &)>, open);
-    QFETCH(QString, closeButton);
-    kvSystemMessageBox realMessageBox; // and the real modal runner, since no other is installed
-    kvScopedService installed(realMessageBox);
-    Calendar calendar;
-    QVERIFY(QTest::qWaitForWindowExposed(&calendar.control));
-    calendar.hover(18, 1);
-    QCOMPARE(QWidget::mouseGrabber(), calendar.cell(18));
-
-    QWidget *grabberWhileOpen = calendar.cell(18);
-    bool closedByClick = false;
-    whenShown<QDialog>([&](QDialog *dialog) {
-        grabberWhileOpen = QWidget::mouseGrabber();
-        auto *box = qobject_cast<QMessageBox *>(dialog);
-        QAbstractButton *button = box ? box->button(QMessageBox::No)
-                                      : dialog->findChild<QPushButton *>(closeButton);
-        QTest::mouseClick(button, Qt::LeftButton);
-        closedByClick = !dialog->isVisible();
-    });
-    calendar.statements.clear();
-    open(calendar);
-    QCOMPARE(grabberWhileOpen, nullptr);
-    QVERIFY(closedByClick);
-    QVERIFY(!kvKalivoTestAccess::TooltipMode(calendar.control));
-    QCOMPARE(calendar.writes(), 0);
-    // Resting on a row afterwards captures it anew.
-    calendar.hover(18, 2);
-    QCOMPARE(QWidget::mouseGrabber(), calendar.cell(18));
-}
+    // A row holds the mouse while the pointer rests on it. Had it still held it when a dialog
+    // opened, every click would go to the row and the dialog's buttons would look dead.
+    void dialogsOpenWithTheMouseFree_data()
+    {
+        QTest::addColumn<std::function<void(Calendar &)>>("open");
+        QTest::addColumn<QString>("closeButton");
+        QTest::newRow("double-click on the row: the editor")
+            << std::function<void(Calendar &)>([](Calendar &calendar) { calendar.doubleClickRow(18, 1); })
+            << QStringLiteral("CancelButton");
+        QTest::newRow("\"Löschen...\" on the row: the question")
+            << std::function<void(Calendar &)>([](Calendar &calendar) {
+                   calendar.rightClickRow(18, 1);
+                   calendar.menu()->hide();
+                   calendar.hover(18, 1);
+                   calendar.chooseMenuItem(2);
+               })
+            << QStringLiteral("No");
+        QTest::newRow("the toolbar's print question")
+            << std::function<void(Calendar &)>([](Calendar &calendar) {
+                   calendar.control.findChild<QAction *>(QStringLiteral("Print"))->trigger();
+               })
+            << QStringLiteral("No");
+    }
+    void dialogsOpenWithTheMouseFree()
+    {
+        QFETCH(std::function<void(Calendar &)>, open);
+        QFETCH(QString, closeButton);
+        kvSystemMessageBox realMessageBox; // and the real modal runner, since no other is installed
+        kvScopedService installed(realMessageBox);
+        Calendar calendar;
+        QVERIFY(QTest::qWaitForWindowExposed(&calendar.control));
+        calendar.hover(18, 1);
+        QCOMPARE(QWidget::mouseGrabber(), calendar.cell(18));
+        QWidget *grabberWhileOpen = calendar.cell(18);
+        bool closedByClick = false;
+        whenShown<QDialog>([&](QDialog *dialog) {
+            grabberWhileOpen = QWidget::mouseGrabber();
+            auto *box = qobject_cast<QMessageBox *>(dialog);
+            QTest::mouseClick(box ? box->button(QMessageBox::No) : dialog->findChild<QPushButton *>(closeButton),
+                              Qt::LeftButton);
+            closedByClick = !dialog->isVisible();
+        });
+        calendar.statements.clear();
+        open(calendar);
+        QCOMPARE(grabberWhileOpen, nullptr);
+        QVERIFY(closedByClick);
+        QVERIFY(!calendar.tooltipMode());
+        QCOMPARE(calendar.writes(), 0);
+        calendar.hover(18, 2); // resting on a row afterwards captures it anew
+        QCOMPARE(QWidget::mouseGrabber(), calendar.cell(18));
+    }
+};
 
 QTEST_MAIN(tst_kvCellInteraction)
 #include "tst_kvCellInteraction.moc"
