@@ -1,5 +1,6 @@
-// The Qt Designer plugin: the control it makes, and the control inside a real Designer core
-// (widget box, property sheet, saving a form and loading it again).
+// The Qt Designer plugin: the control it makes, kvKalivoForm.ui (every persisted property
+// changed) through QUiLoader and uic, and the control inside a real Designer core (property
+// sheet, saving a form and loading it again).
 #include "ctlDay.h"
 #include "ctlKW.h"
 #include "kvAppointmentTable.h"
@@ -7,6 +8,8 @@
 #include "kvControlTestServices.h"
 #include "kvDesignerFormValues.h"
 #include "kvKalivoTestAccess.h"
+#include "kvMemoryPropertyBag.h"
+#include "ui_kvKalivoForm.h"
 
 #include <QBuffer>
 #include <QDesignerComponents>
@@ -67,6 +70,14 @@ QString propertyXml(const QString &ui, const QByteArray &name)
     return ui.mid(begin, end - begin).replace(spaceBetweenTags, QStringLiteral("><"));
 }
 
+void verifyFormValues(const kvKalivo &calendar)
+{
+    QVERIFY(calendar.UserMode()); // QUiLoader never initializes the plugin: the form shows its data
+    for (const auto &[name, value] : kvDesignerFormValues())
+        QVERIFY2(calendar.property(name) == value,
+                 qPrintable(QStringLiteral("%1: %2").arg(QString::fromLatin1(name), calendar.property(name).toString())));
+}
+
 //! Qt Designer without its main window, built as designer's own main() builds it.
 struct DesignerCore
 {
@@ -112,7 +123,49 @@ private slots:
 
     void cleanup() { QCOMPARE(m_services->messageBox().CallCount(), 0); }
 
-    // First: until Designer initializes the plugin (QUiLoader never does) it makes run-mode controls.
+    void theFormSetsEveryDesignablePersistedPropertyToAnotherValue()
+    {
+        QList<QByteArray> names;
+        const kvKalivo fresh;
+        for (const auto &[name, value] : kvDesignerFormValues()) {
+            names << name;
+            QVERIFY2(fresh.property(name) != value, name.constData());
+        }
+        QCOMPARE(names, kvDesignablePersistedProperties());
+    }
+
+    void theLoaderAndUicMakeTheFormsControl()
+    {
+        QUiLoader loader;
+        loader.clearPluginPaths();
+        loader.addPluginPath(QStringLiteral(KV_DESIGNER_PLUGIN_DIR));
+        QFile file(QStringLiteral(KV_DESIGNER_FORM));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const std::unique_ptr<QWidget> loaded(loader.load(&file));
+        QVERIFY2(loaded, qPrintable(loader.errorString()));
+        auto *calendar = loaded->findChild<kvKalivo *>(QStringLiteral("calendar"));
+        QVERIFY(calendar);
+        verifyFormValues(*calendar);
+
+        // Written back, exactly the form's properties are persisted.
+        kvMemoryPropertyBag bag;
+        calendar->WriteProperties(bag);
+        QStringList written = bag.Keys();
+        QStringList expected;
+        for (const QByteArray &name : kvDesignablePersistedProperties())
+            expected << QString::fromLatin1(name);
+        written.sort();
+        expected.sort();
+        QCOMPARE(written, expected);
+
+        QWidget form;
+        Ui::kvKalivoForm ui;
+        ui.setupUi(&form);
+        verifyFormValues(*ui.calendar);
+    }
+
+
+    // Until Designer initializes the plugin (QUiLoader never does) it makes run-mode controls.
     void onlyAnInitializedPluginMakesDesignModeControls()
     {
         QVERIFY(!m_plugin->isInitialized());
