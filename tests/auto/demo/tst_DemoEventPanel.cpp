@@ -70,19 +70,6 @@ class tst_DemoEventPanel : public QObject
 private slots:
     void cleanup() { kvErrorReporting::setRaiseErrorEvent(false); } // thread-wide
 
-    void switchesAreBoundBothWays()
-    {
-        Host host;
-        host.click("checkRaiseDatabaseEvents");
-        QVERIFY(host.control().RaiseDatabaseEvents());
-        host.control().setRaiseDatabaseEvents(false);
-        QVERIFY(!host.panel().findChild<QCheckBox *>("checkRaiseDatabaseEvents")->isChecked());
-        QAction *showEvents = host.window->findChild<QAction *>("actionShowEvents");
-        QVERIFY(host.panel().isVisible() && showEvents->isChecked());
-        showEvents->trigger();
-        QVERIFY(!host.panel().isVisible());
-    }
-
     // The host writes what the editor gave unless its own "cancel" switch is on; the control
     // reloads and asks nothing.
     void databaseEvents_data()
