@@ -1,11 +1,16 @@
-// The control shell: defaults, property rules, re-layout triggers and persistence.
+// The control: defaults, property rules, re-layout triggers and persistence; the week and month
+// grid: geometry, the days shown, their headers and their rows; moving through the calendar:
+// steps, today, the date picker, the view switch, printing and the jumps to the next and
+// previous appointment.
+#include "ctlKW.h"
 #include "ctlToolTip.h"
-#include "kvControlTestServices.h"
 #include "kvDesignerFormValues.h"
-#include "kvKalivoTestAccess.h"
+#include "kvEditCalendar.h"
+#include "kvFaultInjection.h"
+#include "kvGridGeometry.h"
 #include "kvMemoryPropertyBag.h"
+#include "kvPdfPrinterService.h"
 #include "kvSettingsPropertyBag.h"
-#include "kvTestCalendar.h"
 
 #include <QAction>
 #include <QDateEdit>
@@ -17,9 +22,9 @@
 #include <QToolBar>
 #include <QtTest>
 
-namespace {
+#include <optional>
 
-const QDate fixedToday(2026, 11, 22); // a Sunday in week 47
+namespace {
 
 QString statusText(const kvKalivo &control)
 {
@@ -60,17 +65,52 @@ void compareWithDefaults(const kvKalivo &control, QList<QByteArray> names = {})
     QVERIFY(toolbarButton(control, "Week")->isChecked());
 }
 
+struct Calendar : kvEditCalendar
+{
+    void press(const char *key)
+    {
+        control.findChild<QToolBar *>(QStringLiteral("ToolbarMain"))
+            ->findChild<QAction *>(QString::fromLatin1(key))->trigger();
+    }
+    QLabel *status() { return control.findChild<QStatusBar *>(QStringLiteral("StatusBar"))->findChild<QLabel *>(); }
+    QDate firstDay() { return kvKalivoTestAccess::DayCell(control, 1)->datDay().date(); }
+};
+
+ctlDay *cellOf(const kvKalivo &control, const QDate &day)
+{
+    for (int index = 1; index <= kvKalivoTestAccess::DayCellCount(control); ++index)
+        if (kvKalivoTestAccess::DayCell(control, index)->datDay().date() == day)
+            return kvKalivoTestAccess::DayCell(control, index);
+    return nullptr;
+}
+
+//! The rows of the cell that shows \a day, with the marker of continued ones.
+QStringList rowsOf(const kvKalivo &control, const QDate &day)
+{
+    const ctlDay *cell = cellOf(control, day);
+    if (!cell)
+        return {QStringLiteral("<not shown>")};
+    QStringList rows;
+    for (int row = 1; row <= cell->EntriesCount(); ++row)
+        rows << (cell->Entries(row)->Time() + QLatin1Char(' ') + cell->Entries(row)->Text()).trimmed();
+    return rows;
+}
+
 } // namespace
 
 class tst_kvKalivo : public QObject
 {
     Q_OBJECT
 
-    std::unique_ptr<kvControlTestServices> m_services;
+    std::optional<kvControlTestServices> m_services;
 
 private slots:
-    void initTestCase() { m_services = std::make_unique<kvControlTestServices>(fixedToday); }
-    void cleanup() { QCOMPARE(m_services->messageBox().CallCount(), 0); }
+    void init() { m_services.emplace(fixedToday); }
+    void cleanup()
+    {
+        QCOMPARE(m_services->messageBox().CallCount(), 0);
+        kvFaultInjection::Disarm();
+    }
 
     // A fresh control: the week of today, a grey surface, icons on the toolbar; InitProperties
     // gives the defaults back after changes.
@@ -310,6 +350,367 @@ private slots:
                  qPrintable(m_services->messageBox().LastCall().prompt));
         QVERIFY(toolbarButton(missingTable, "Next")->isEnabled());
         m_services->messageBox().Clear();
+    }
+
+    // (W - 2 x margin - gaps - week column) / columns, rounded half to even; one-pixel gaps;
+    // the last column ends at the margin.
+    void cellWidth_data()
+    {
+        QTest::addColumn<int>("scaleWidth");
+        QTest::addColumn<int>("columns");
+        QTest::addColumn<int>("borderStyle");
+        QTest::addColumn<bool>("weeksVisible");
+        QTest::addColumn<int>("cellWidth");
+        QTest::addColumn<int>("firstLeft");
+        QTest::newRow("6 columns, exact") << 622 << 1 << 0 << true << 100 << 16;
+        QTest::newRow("6 columns, .5 to even (down)") << 625 << 1 << 0 << true << 100 << 16;
+        QTest::newRow("6 columns, .5 to even (up)") << 631 << 1 << 0 << true << 102 << 16;
+        QTest::newRow("7 columns, exact") << 723 << 2 << 0 << true << 100 << 16;
+        QTest::newRow("border, no week column") << 707 << 1 << 1 << false << 117 << 0;
+    }
+    void cellWidth()
+    {
+        QFETCH(int, scaleWidth);
+        QFETCH(int, columns);
+        QFETCH(int, borderStyle);
+        QFETCH(bool, weeksVisible);
+        QFETCH(int, cellWidth);
+        QFETCH(int, firstLeft);
+        const kvGridGeometry geometry({.scaleWidth = scaleWidth, .captionTop = 30, .statusBarTop = 500,
+                                       .borderStyle = borderStyle, .weeksVisible = weeksVisible,
+                                       .weekendColumns = columns, .view = 2});
+        QCOMPARE(geometry.cellWidth(), cellWidth);
+        QCOMPARE(geometry.cells().at(0).left(), firstLeft);
+        QCOMPARE(geometry.cells().at(1).left(), geometry.cells().at(0).right() + 2);
+        QCOMPARE(geometry.cells().at(7).top(), geometry.cells().at(0).bottom() + 2);
+        if (columns == 2)
+            QCOMPARE(geometry.cells().at(6).right(), scaleWidth - geometry.margin() - 1);
+    }
+
+    // With one weekend column a cell height of 101 gives Saturday and Sunday 50 pixels each;
+    // a cell height of 100 gives Saturday 50 and Sunday 49.
+    void saturdayAboveSunday_data()
+    {
+        QTest::addColumn<int>("cellHeight");
+        QTest::addColumn<int>("saturday");
+        QTest::addColumn<int>("sunday");
+        QTest::newRow("101") << 101 << 50 << 50;
+        QTest::newRow("100") << 100 << 50 << 49;
+    }
+    void saturdayAboveSunday()
+    {
+        QFETCH(int, cellHeight);
+        QFETCH(int, saturday);
+        QFETCH(int, sunday);
+        // Week view: the cells fill what lies between the caption row and the status bar, less 2 x margin.
+        const kvGridGeometry geometry({.scaleWidth = 700, .captionTop = 30,
+                                       .statusBarTop = 30 + kvGridGeometry::CaptionHeight + 1 + cellHeight + 2});
+        QCOMPARE(geometry.cellHeight(), cellHeight);
+        QCOMPARE(geometry.cells().size(), 7);
+        const QRect saturdayCell = geometry.cells().at(5);
+        const QRect sundayCell = geometry.cells().at(6);
+        QCOMPARE(saturdayCell.height(), saturday);
+        QCOMPARE(sundayCell.height(), sunday);
+        QCOMPARE(saturdayCell.top(), geometry.firstCellTop());
+        QCOMPARE(sundayCell.top(), saturdayCell.top() + saturday + 1);
+        QCOMPARE(sundayCell.top() + sundayCell.height() - saturdayCell.top(), cellHeight);
+    }
+
+    // The week from its Monday; the month from the Monday on or before its 1st, for 42 days,
+    // with one weekend column every seventh cell the Sunday below the Saturday.
+    void daysShown_data()
+    {
+        QTest::addColumn<int>("view");
+        QTest::addColumn<int>("weekendColumns");
+        QTest::addColumn<QDate>("date");
+        QTest::addColumn<QDate>("first");
+        QTest::addColumn<QDate>("last");
+        QTest::addColumn<QStringList>("weekdays");
+        const QStringList workdays{"Montag", "Dienstag", "Mittwoch", "Donnerstag", "Freitag"};
+        QTest::newRow("week, one weekend column") << 1 << 1 << QDate(2026, 11, 18) << QDate(2026, 11, 16)
+                                                  << QDate(2026, 11, 22) << workdays + QStringList{"Sa-So"};
+        QTest::newRow("week, two") << 1 << 2 << QDate(2026, 11, 18) << QDate(2026, 11, 16) << QDate(2026, 11, 22)
+                                   << workdays + QStringList{"Samstag", "Sonntag"};
+        QTest::newRow("June 2026 from Monday the 1st") << 2 << 1 << QDate(2026, 6, 17) << QDate(2026, 6, 1)
+                                                       << QDate(2026, 7, 12) << workdays + QStringList{"Sa-So"};
+        QTest::newRow("December 2025 (31 days)") << 2 << 1 << QDate(2025, 12, 24) << QDate(2025, 12, 1)
+                                                 << QDate(2026, 1, 11) << workdays + QStringList{"Sa-So"};
+    }
+    void daysShown()
+    {
+        QFETCH(int, view);
+        QFETCH(int, weekendColumns);
+        QFETCH(QDate, date);
+        QFETCH(QDate, first);
+        QFETCH(QDate, last);
+        QFETCH(QStringList, weekdays);
+        Calendar calendar;
+        calendar.control.setView(kvKalivo::kvView(view));
+        calendar.control.setWeekendColumns(kvKalivo::enWeekendColumns(weekendColumns));
+        calendar.control.setActualDate(date);
+        const int count = kvKalivoTestAccess::DayCellCount(calendar.control);
+        QCOMPARE(count, view == 1 ? 7 : 42);
+        QCOMPARE(kvKalivoTestAccess::DayCell(calendar.control, 1)->datDay().date(), first);
+        QCOMPARE(kvKalivoTestAccess::DayCell(calendar.control, count)->datDay().date(), last);
+        QStringList captions;
+        for (int column = 1; column <= weekdays.size(); ++column)
+            captions << calendar.control.findChild<QLabel *>(QStringLiteral("lblWeekDay%1").arg(column))->text();
+        QCOMPARE(captions, weekdays);
+        for (int index = 7; weekendColumns == 1 && index <= count; index += 7) {
+            const ctlDay *sunday = kvKalivoTestAccess::DayCell(calendar.control, index);
+            const ctlDay *saturday = kvKalivoTestAccess::DayCell(calendar.control, index - 1);
+            QCOMPARE(sunday->datDay().weekdayFromMonday(), 7);
+            QCOMPARE(sunday->x(), saturday->x());
+            QCOMPARE(sunday->y(), saturday->geometry().bottom() + 2);
+        }
+    }
+
+    void weekColumnShowsTheIsoWeeks()
+    {
+        Calendar calendar;
+        calendar.control.setView(kvKalivo::kvMonth);
+        calendar.control.setActualDate(QDate(2026, 12, 10));
+        const ctlKW *weeks = calendar.control.findChild<ctlKW *>();
+        QCOMPARE(weeks->CountKW(), 6);
+        QCOMPARE(weeks->sCaption(1), QStringLiteral("49"));
+        QCOMPARE(weeks->sCaption(5), QStringLiteral("53"));
+        QCOMPARE(weeks->sCaption(6), QStringLiteral("1"));
+        QVERIFY(weeks->isVisible());
+        calendar.control.setWeeksVisible(false);
+        QVERIFY(!weeks->isVisible());
+        QVERIFY(!calendar.control.findChild<QWidget *>(QStringLiteral("shpTopLeftEdge"))->isVisible());
+    }
+
+    void headersTodayAndHolidays()
+    {
+        Calendar calendar;
+        kvKalivo &control = calendar.control;
+        control.setPublicHoliday(true);
+        control.setView(kvKalivo::kvMonth);
+        control.setActualDate(QDate(2026, 11, 10));
+        for (int index = 1; index <= 42; ++index) {
+            ctlDay *cell = kvKalivoTestAccess::DayCell(control, index);
+            const QDate day = cell->datDay().date();
+            QCOMPARE(cell->ctlHeader().BackColor(), day == fixedToday ? 0xC0C0FFu
+                                                    : day.month() != 11 ? control.DayHeaderColor1()
+                                                                        : control.DayHeaderColor2());
+        }
+        QCOMPARE(cellOf(control, QDate(2026, 11, 1))->PublicHolidayName(), QStringLiteral("Allerheiligen"));
+        QCOMPARE(cellOf(control, QDate(2026, 11, 29))->PublicHolidayName(), QStringLiteral("1. Advent"));
+        QCOMPARE(cellOf(control, QDate(2026, 11, 10))->PublicHolidayName(), QString());
+        QVERIFY(cellOf(control, QDate(2026, 11, 10))->IsActualDay());
+        QVERIFY(!cellOf(control, QDate(2026, 11, 11))->IsActualDay());
+        // A re-layout (the colour pass after FillGrid) keeps these headers apart.
+        control.resize(1100, 700);
+        QApplication::processEvents();
+        QCOMPARE(cellOf(control, fixedToday)->ctlHeader().BackColor(), 0xC0C0FFu);
+        QCOMPARE(cellOf(control, QDate(2026, 12, 1))->ctlHeader().BackColor(), control.DayHeaderColor1());
+        QCOMPARE(cellOf(control, QDate(2026, 11, 29))->ctlHeader().lblTime().ForeColor, 255u);
+    }
+
+    // A reload gives every header its holiday name anew, which sets the boldness of its day
+    // number; the marking that follows makes the selected day's number bold again.
+    void selectedDayStaysBoldAfterAReload()
+    {
+        Calendar calendar;
+        calendar.control.setPublicHoliday(true);
+        calendar.control.setActualDate(QDate(2026, 11, 17));
+        QVERIFY(calendar.cell(17)->IsActualDay());
+        QVERIFY(calendar.cell(17)->ctlHeader().lblTime().Bold);
+        calendar.control.setRaiseEditEvent(true);
+        calendar.control.EditAppointment(1); // the host's Edit, not cancelled: a reload
+        QVERIFY(calendar.cell(17)->IsActualDay());
+        QVERIFY(calendar.cell(17)->ctlHeader().lblTime().Bold);
+    }
+
+    void appointmentsAppearInTheRightCells()
+    {
+        Calendar calendar;
+        calendar.add(at(17, 9, 30), at(17, 10, 30), QStringLiteral("Teambesprechung"));
+        calendar.add(at(18), at(19), QStringLiteral("Urlaub"));
+        calendar.add(at(19, 14), at(21, 12), QStringLiteral("Messe"), 41);
+        calendar.control.setActualDate(QDate(2026, 11, 19));
+        calendar.control.Refresh();
+        const QStringList continued{QStringLiteral("<-- Messe")};
+        QCOMPARE(rowsOf(calendar.control, QDate(2026, 11, 17)), QStringList{QStringLiteral("09:30 Teambesprechung")});
+        QCOMPARE(rowsOf(calendar.control, QDate(2026, 11, 18)), QStringList{QStringLiteral("Urlaub")});
+        QCOMPARE(rowsOf(calendar.control, QDate(2026, 11, 19)),
+                 (QStringList{QStringLiteral("<-- Urlaub"), QStringLiteral("14:00 Messe")}));
+        QCOMPARE(rowsOf(calendar.control, QDate(2026, 11, 20)), continued);
+        QCOMPARE(rowsOf(calendar.control, QDate(2026, 11, 21)), continued);
+        QCOMPARE(rowsOf(calendar.control, QDate(2026, 11, 22)), QStringList());
+        calendar.control.setView(kvKalivo::kvMonth);
+        QCOMPARE(rowsOf(calendar.control, QDate(2026, 11, 20)), continued);
+        QCOMPARE(rowsOf(calendar.control, QDate(2026, 11, 17)), QStringList{QStringLiteral("09:30 Teambesprechung")});
+    }
+
+    void aFailingFillStageReportsElevenHundredPlusStep()
+    {
+        Calendar calendar;
+        kvFaultInjection::Arm(QStringLiteral("FillGrid"), 5, QStringLiteral("Testfehler"));
+        calendar.control.Refresh();
+        QCOMPARE(m_services->messageBox().CallCount(), 1);
+        QCOMPARE(m_services->messageBox().LastCall().prompt, QStringLiteral("kvKalivo-Fehlercode 1105\r\nTestfehler"));
+        m_services->messageBox().Clear();
+    }
+
+    // A step moves ActualDate by a week, or by a month clamped to the month's end.
+    void steps_data()
+    {
+        QTest::addColumn<int>("view");
+        QTest::addColumn<QDate>("from");
+        QTest::addColumn<QString>("command");
+        QTest::addColumn<QDate>("to");
+        QTest::addColumn<QDate>("firstCell");
+        QTest::addColumn<QString>("week");
+        QTest::newRow("month Forward to a shorter month") << 2 << QDate(2024, 1, 31) << "Forward"
+                                                          << QDate(2024, 2, 29) << QDate(2024, 1, 29) << "9. KW";
+        QTest::newRow("month Back") << 2 << QDate(2024, 2, 29) << "Back" << QDate(2024, 1, 29)
+                                    << QDate(2024, 1, 1) << "5. KW";
+        QTest::newRow("week Forward across the year") << 1 << QDate(2025, 12, 29) << "Forward"
+                                                      << QDate(2026, 1, 5) << QDate(2026, 1, 5) << "2. KW";
+        QTest::newRow("menu \"Zurück\"") << 1 << QDate(2026, 1, 5) << "4" << QDate(2025, 12, 29)
+                                          << QDate(2025, 12, 29) << "1. KW";
+        QTest::newRow("menu \"Vor\"") << 1 << QDate(2025, 12, 29) << "3" << QDate(2026, 1, 5)
+                                       << QDate(2026, 1, 5) << "2. KW";
+        // The picker runs the range check alone: the status bar keeps the week it had.
+        QTest::newRow("date picker") << 1 << QDate(2026, 11, 18) << "picker" << QDate(2026, 12, 24)
+                                     << QDate(2026, 12, 21) << "47. KW";
+    }
+    void steps()
+    {
+        QFETCH(int, view);
+        QFETCH(QDate, from);
+        QFETCH(QString, command);
+        QFETCH(QDate, to);
+        QFETCH(QDate, firstCell);
+        QFETCH(QString, week);
+        Calendar calendar;
+        calendar.control.setView(kvKalivo::kvView(view));
+        calendar.control.setActualDate(from);
+        if (command == QLatin1String("picker"))
+            calendar.control.findChild<QDateEdit *>(QStringLiteral("DTPicker1"))->setDate(to);
+        else if (command.size() == 1)
+            calendar.chooseMenuItem(command.toInt());
+        else
+            calendar.press(qPrintable(command));
+        QCOMPARE(calendar.control.ActualDate(), to);
+        QCOMPARE(calendar.firstDay(), firstCell);
+        QCOMPARE(calendar.status()->text(), week);
+    }
+
+    // Without AutoRefresh a step still reloads, and "Week"/"Month" still re-arrange the grid.
+    void navigationIgnoresAutoRefresh()
+    {
+        Calendar calendar;
+        calendar.control.setAutoRefresh(false);
+        calendar.control.setActualDate(QDate(2026, 11, 18));
+        calendar.control.Refresh();
+        calendar.statements.clear();
+        calendar.press("Forward");
+        QCOMPARE(calendar.firstDay(), QDate(2026, 11, 23));
+        QCOMPARE(calendar.dayLoads(), 7);
+        calendar.press("Month");
+        QCOMPARE(calendar.control.View(), kvKalivo::kvMonth);
+        QCOMPARE(kvKalivoTestAccess::DayCellCount(calendar.control), 42);
+        calendar.press("Week");
+        QCOMPARE(kvKalivoTestAccess::DayCellCount(calendar.control), 7);
+    }
+
+    // "Today" while today is visible only moves the marking; otherwise it reloads. It never
+    // updates the status bar's week number.
+    void today()
+    {
+        Calendar calendar;
+        calendar.add(at(17, 9), at(17, 10), QStringLiteral("Teambesprechung"));
+        calendar.control.setActualDate(QDate(2026, 11, 17));
+        QVERIFY(calendar.cell(17)->IsActualDay());
+        QSignalSpy arranged(kvKalivoTestAccess::Grid(calendar.control), &kvDayGrid::gridArranged);
+        QSignalSpy marked(kvKalivoTestAccess::Grid(calendar.control), &kvDayGrid::actualDayMarked);
+        calendar.statements.clear();
+        calendar.status()->setText(QStringLiteral("unverändert"));
+        calendar.press("Today");
+        QCOMPARE(calendar.control.ActualDate(), fixedToday);
+        QCOMPARE(calendar.statements, QStringList());
+        QCOMPARE(arranged.count(), 0);
+        QCOMPARE(marked.count(), 1);
+        QCOMPARE(calendar.cell(17)->EntriesCount(), 1);
+        QVERIFY(!calendar.cell(17)->IsActualDay());
+        QVERIFY(calendar.cell(22)->IsActualDay());
+        QCOMPARE(calendar.status()->text(), QStringLiteral("unverändert"));
+
+        calendar.control.setActualDate(QDate(2026, 1, 14));
+        calendar.statements.clear();
+        calendar.press("Today");
+        QCOMPARE(calendar.firstDay(), QDate(2026, 11, 16));
+        QCOMPARE(calendar.dayLoads(), 7);
+        QCOMPARE(calendar.status()->text(), QStringLiteral("3. KW")); // still the setter's last word
+        QCOMPARE(calendar.control.findChild<QDateEdit *>(QStringLiteral("DTPicker1"))->date(), fixedToday);
+    }
+
+    void menuItemSixOffersTheOtherView()
+    {
+        Calendar calendar;
+        QAction *item = calendar.control.findChild<QAction *>(QStringLiteral("KontextDay6"));
+        calendar.chooseMenuItem(6);
+        QCOMPARE(calendar.control.View(), kvKalivo::kvMonth);
+        QCOMPARE(item->text(), QStringLiteral("Wochenansicht"));
+        calendar.chooseMenuItem(6);
+        QCOMPARE(calendar.control.View(), kvKalivo::kvWeek);
+        QCOMPARE(item->text(), QStringLiteral("Monatsansicht"));
+    }
+
+    // The toolbar's "Print" asks first; the context menu's "Drucken" prints at once. A failure
+    // is reported as 300.
+    void printing()
+    {
+        Calendar calendar;
+        calendar.add(at(17, 9), at(17, 10), QStringLiteral("Teambesprechung"));
+        calendar.control.setFootnote(QStringLiteral("Büro Müller"));
+        calendar.control.setActualDate(QDate(2026, 11, 17));
+        kvPdfPrinterService printer(calendar.folder.filePath(QStringLiteral("kalender.pdf")));
+        kvScopedService installed(printer);
+        kvScriptedMessageBox &messageBox = m_services->messageBox();
+        for (const int answer : {kvMessageBox::vbNo, kvMessageBox::vbCancel, kvMessageBox::vbYes}) {
+            messageBox.EnqueueAnswer(answer);
+            calendar.press("Print");
+            QCOMPARE(messageBox.LastCall().prompt, QStringLiteral("Kalendar drucken?"));
+            QCOMPARE(messageBox.LastCall().buttons, 35);
+            QCOMPARE(messageBox.LastCall().title, QString());
+            QCOMPARE(printer.CallCount(), answer == kvMessageBox::vbYes ? 1 : 0);
+        }
+        QCOMPARE(printer.Calls().last().DocumentName, QStringLiteral("Kalender November 2026"));
+        calendar.chooseMenuItem(8); // "Drucken"
+        QCOMPARE(messageBox.CallCount(), 3);
+        QCOMPARE(printer.CallCount(), 2);
+        QVERIFY(QFileInfo(printer.FilePath()).size() > 1000);
+
+        calendar.connection.Execute(QStringLiteral("DROP TABLE Termine"));
+        messageBox.Clear();
+        calendar.control.PrintCalendar();
+        QCOMPARE(messageBox.CallCount(), 1);
+        QVERIFY2(messageBox.LastCall().prompt.startsWith(QStringLiteral("kvKalivo-Fehlercode 300\r\n")),
+                 qPrintable(messageBox.LastCall().prompt));
+        messageBox.Clear();
+    }
+
+    void nextAndPreviousJumpToAppointments()
+    {
+        Calendar calendar;
+        calendar.add(at(QDate(2026, 12, 3), 10), at(QDate(2026, 12, 3), 11), QStringLiteral("Weihnachtsmarkt"));
+        calendar.add(at(QDate(2026, 10, 30), 8), at(QDate(2026, 10, 30), 9), QStringLiteral("Arzt"));
+        calendar.control.setActualDate(QDate(2026, 11, 18));
+        calendar.press("Next");
+        QCOMPARE(calendar.control.ActualDate(), QDate(2026, 12, 3));
+        QCOMPARE(calendar.firstDay(), QDate(2026, 11, 30));
+        QCOMPARE(kvKalivoTestAccess::DayCell(calendar.control, 4)->EntriesCount(), 1);
+        QVERIFY(kvKalivoTestAccess::DayCell(calendar.control, 4)->IsActualDay());
+        calendar.press("Previous");
+        QCOMPARE(calendar.control.ActualDate(), QDate(2026, 10, 30));
+        QCOMPARE(kvKalivoTestAccess::DayCell(calendar.control, 5)->Entries(1)->Text(), QStringLiteral("Arzt"));
+        calendar.press("Previous"); // nothing earlier: nothing changes, nothing is reported
+        QCOMPARE(calendar.control.ActualDate(), QDate(2026, 10, 30));
+        QCOMPARE(m_services->messageBox().CallCount(), 0);
     }
 };
 
