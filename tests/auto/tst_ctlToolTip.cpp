@@ -12,19 +12,9 @@ namespace {
 
 constexpr int FirstLineHeight = 16;
 
-QLabel *label(const ctlToolTip &toolTip, const char *name)
-{
-    return toolTip.findChild<QLabel *>(QString::fromLatin1(name));
-}
-
 int captionWidth(const ctlToolTip &toolTip, const QString &caption)
 {
     return int(std::ceil(QFontMetricsF(toolTip.font()).boundingRect(QRectF(), Qt::AlignLeft, caption).width()));
-}
-
-QRect innerGeometry(const ctlToolTip &toolTip, const QLabel *child)
-{
-    return QRect(child->mapTo(&toolTip, QPoint(0, 0)) - toolTip.contentsRect().topLeft(), child->size());
 }
 
 void fill(ctlToolTip &toolTip, const QString &time, const QString &text, const QString &remark)
@@ -49,18 +39,6 @@ class tst_ctlToolTip : public QObject
     Q_OBJECT
 
 private slots:
-    void labelsArePlaced()
-    {
-        ctlToolTip toolTip;
-        fill(toolTip, QStringLiteral("14:00"), QStringLiteral("Besprechung"), QStringLiteral("Raum 4"));
-        toolTip.Resize();
-        QCOMPARE(innerGeometry(toolTip, label(toolTip, "lblTime")), QRect(0, 0, 35, FirstLineHeight));
-        QCOMPARE(innerGeometry(toolTip, label(toolTip, "lblText")), QRect(35, 0, 346, FirstLineHeight));
-        QCOMPARE(innerGeometry(toolTip, label(toolTip, "lblRemark")),
-                 QRect(0, FirstLineHeight, toolTip.width() - 2, toolTip.fontMetrics().height()));
-        QCOMPARE(toolTip.contentsRect().topLeft(), QPoint(1, 1));
-    }
-
     // The width inside the border: the wider of text + 37 and the remark's widest line + 2,
     // at most 381; a short one takes the day's width (MinWidth, or NormalWidth if smaller).
     void width_data()
@@ -102,7 +80,7 @@ private slots:
             expected = captionWidth(toolTip, remark.split(QStringLiteral("\r\n")).at(remarkLines == 3 ? 1 : 0)) + 2;
         QCOMPARE(toolTip.width(), expected + 2);
         QCOMPARE(toolTip.Text(), text); // the caption stays whole; only the drawing is elided
-        const QLabel *remarkLabel = label(toolTip, "lblRemark");
+        const QLabel *remarkLabel = toolTip.findChild<QLabel *>(QStringLiteral("lblRemark"));
         const QFontMetrics metrics = toolTip.fontMetrics();
         if (remarkLines >= 0)
             QCOMPARE(remarkLabel->height(), remarkLines * metrics.lineSpacing() - (remarkLines ? metrics.leading() : 0));

@@ -1,7 +1,5 @@
-// The control's handling of its day cells' events: selection, the context menu, the delayed
-// tooltip, the row that holds the mouse; the grid without a mouse: Tab order, keys, focus
-// frames, and what a screen reader is told; the edit flow they start, with its host events
-// (the user stories on both engines: tst_kvEditEndToEnd.cpp).
+// The day cells' events: selection, context menu, tooltip, mouse capture; keys, focus and screen
+// reader; the edit flow they start with its host events (user stories: tst_kvEditEndToEnd.cpp).
 #include "ctlToolTip.h"
 #include "frmEdit.h"
 #include "kvEditCalendar.h"
@@ -23,8 +21,7 @@
 
 namespace {
 
-//! The week of 16 to 22 November 2026; the 18th (Buß- und Bettag) has two rows, the 22nd one.
-//! \a focused: the window active and the 18th selected by a click, as the keyboard tests start.
+//! 16 .. 22 November 2026, two rows on the 18th, one on the 22nd; \a focused: the 18th clicked.
 struct Calendar : kvEditCalendar
 {
     explicit Calendar(bool focused = false)
@@ -56,8 +53,7 @@ struct Calendar : kvEditCalendar
         Q_EMIT cell(day)->EntryMouseMove(qint16(row), entry->Left() + dx, entry->Top() + dy,
                                          entry->Left(), entry->Top(), entry->Width(), entry->Height());
     }
-    //! The pointer comes to rest on the row, through the window as real moves arrive (Qt
-    //! drops a move to where the pointer already is).
+    //! The pointer comes to rest on the row, through the window (Qt drops a move to where it is).
     void hover(int day, int row)
     {
         const QPoint point = cell(day)->mapTo(&control, rowPoint(day, row));
@@ -83,9 +79,8 @@ private Q_SLOTS:
     void init() { m_services.emplace(); }
     void cleanup() { m_services.reset(); }
 
-    // A right-click selects the day (and the row under it) and opens the menu with "Bearbeiten..."
-    // and "Löschen..." enabled only over a row, the view switch only over the day. A day
-    // right-click after a row one never leaves the row items enabled; a left click does nothing.
+    // A right-click selects the day (and row) and opens the menu, its row items enabled only over
+    // a row, the view switch only over the day; a left click does nothing.
     void rightClickSelectsAndOpensTheMenu_data()
     {
         QTest::addColumn<int>("day");
@@ -179,8 +174,7 @@ private Q_SLOTS:
         QVERIFY(calendar.timer("TimerTooltip")->isActive());
     }
 
-    // At the control's right edge the tooltip is pushed back inside; on the actual day it is
-    // not shifted, and takes the day's width.
+    // Pushed back inside at the right edge; on the actual day not shifted, as wide as the day.
     void tooltipPosition()
     {
         Calendar calendar;
@@ -229,8 +223,7 @@ private Q_SLOTS:
         }
     }
 
-    // A reload unloads the rows; the captured one must not keep the mouse (it would swallow
-    // every click on the cell), and the next move over a row captures it anew.
+    // A reload lets go of the captured row (it would swallow every click); the next move captures.
     void reloadLetsGoOfTheCapturedRow()
     {
         Calendar calendar;
@@ -248,8 +241,7 @@ private Q_SLOTS:
         QCOMPARE(QWidget::mouseGrabber(), calendar.cell(18));
     }
 
-    // A row holds the mouse while the pointer rests on it. Had it still held it when the editor
-    // opened, every click would go to the row and the editor's buttons would look dead.
+    // A row holding the mouse when the editor opened would take every click from the editor.
     void editorOpensWithTheMouseFree()
     {
         kvSystemMessageBox realMessageBox;
@@ -315,8 +307,7 @@ private Q_SLOTS:
         add("Home: today", {Qt::Key_PageUp, Qt::Key_PageUp, Qt::Key_Home}, 22, 0);
     }
 
-    // A move does what a click on the day does: ActualDate, marking, week in the status bar, and a
-    // reload when the day lies outside the grid.
+    // A move does what a click does: ActualDate, marking, status bar week, reload outside the grid.
     void keysMoveTheSelection()
     {
         QFETCH(QList<int>, keys);
@@ -349,8 +340,7 @@ private Q_SLOTS:
         QTest::newRow("Delete on the day: nothing") << QList<int>{Qt::Key_Delete} << "" << "" << "";
     }
 
-    // The editor and the question are answered "Abbrechen" and "Nein": nothing is written or
-    // reloaded, and the selection stays where it was.
+    // Editor and question answered "Abbrechen"/"Nein": nothing written or reloaded, selection kept.
     void enterAndDeleteActOnTheSelection()
     {
         QFETCH(QList<int>, keys);
@@ -405,8 +395,7 @@ private Q_SLOTS:
         calendar.menu()->hide();
     }
 
-    // What a person sees, and a screen reader finds: a frame round the focused day and round its
-    // selected row, which has the accessible focus; both gone with the focus.
+    // Frames round the focused day and its selected row, which has the accessible focus.
     void theSelectionIsFramedAndFocused()
     {
         Calendar calendar(true);
@@ -468,8 +457,7 @@ private Q_SLOTS:
         }
     }
 
-    // "Löschen..." asks with the row's time (blank for an all-day row); only "Ja" deletes and
-    // reloads.
+    // "Löschen..." asks with the row's time (blank all day); only "Ja" deletes and reloads.
     void deleteAsks_data()
     {
         QTest::addColumn<kvDate>("begin");
@@ -502,36 +490,6 @@ private Q_SLOTS:
         QCOMPARE(calendar.names().constLast(), QStringLiteral("Friseur"));
         QCOMPARE(calendar.cell(18)->EntriesCount(), rowsLeft);
         QCOMPARE(calendar.dayLoads() > loads, rowsLeft == 1);
-    }
-
-    // With RaiseDatabaseEvents the host deletes: DateDelete instead of the question; the
-    // control writes nothing and reloads only when the host did not cancel.
-    void deleteWithDatabaseEventsAsksTheHost()
-    {
-        kvEditCalendar calendar;
-        calendar.add(at(18), at(18), QStringLiteral("Urlaub"));
-        calendar.control.Refresh();
-        calendar.control.setRaiseDatabaseEvents(true);
-        calendar.rightClickRow(18, 1);
-        int raised = 0;
-        bool cancel = true;
-        QObject::connect(&calendar.control, &kvKalivo::DateDelete,
-                         [&](qint32 &id, QDateTime &, QDateTime &, QString &name, QString &, QString &, bool &bCancel) {
-                             ++raised;
-                             QCOMPARE(id, 1);
-                             QCOMPARE(name, QStringLiteral("Urlaub"));
-                             QCOMPARE(bCancel, false);
-                             bCancel = cancel;
-                         });
-        for (const int reloads : {0, 7}) {
-            const int loads = calendar.dayLoads();
-            calendar.chooseMenuItem(2);
-            QCOMPARE(calendar.dayLoads() - loads, reloads);
-            cancel = false;
-        }
-        QCOMPARE(raised, 2);
-        QCOMPARE(m_services->messageBox().CallCount(), 0);
-        QCOMPARE(calendar.names(), QStringList{QStringLiteral("Urlaub")});
     }
 
     // With RaiseEditEvent the host edits instead of the editor; "Löschen..." still asks.
@@ -584,17 +542,6 @@ private Q_SLOTS:
         m_services->runner.Enqueue(typeName(QStringLiteral("Zweiter")));
         calendar.chooseMenuItem(0);
         QCOMPARE(calendar.names().size(), 2);
-    }
-
-    // No row in the selected day: reading the active entry fails at step 1.
-    void failureOfGatheringReportsCode14()
-    {
-        kvEditCalendar calendar;
-        calendar.control.EditAppointment(3);
-        QCOMPARE(m_services->messageBox().CallCount(), 1);
-        QVERIFY2(m_services->messageBox().LastCall().prompt.startsWith(QStringLiteral("kvKalivo-Fehlercode 14\r\n")),
-                 qPrintable(m_services->messageBox().LastCall().prompt));
-        QCOMPARE(m_services->messageBox().LastCall().title, QStringLiteral("kvKalivo.ocx"));
     }
 
     // A table without the optional columns disables the editor's document and picture buttons.

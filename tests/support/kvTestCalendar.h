@@ -8,9 +8,6 @@
 #include "kvRecordset.h"
 
 #include <QAction>
-#include <QDateTime>
-#include <QSize>
-#include <QStringList>
 #include <QTemporaryDir>
 
 /*!
