@@ -426,7 +426,7 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("rows");
         QTest::newRow("holiday with two") << 18 << "Mittwoch, 18. November 2026, Buss und Bettag, 2 Termine"
                                           << QStringList{"10:00 Zahnarzt", "12:00 Mittagessen"};
-        QTest::newRow("one all-day") << 22 << "Sonntag, 22. November 2026, Totensonntag, 1 Termin"
+        QTest::newRow("one") << 22 << "Sonntag, 22. November 2026, Totensonntag, 1 Termin"
                                      << QStringList{"15:00 Kaffee mit der ganzen Familie und den Nachbarn"};
         QTest::newRow("none") << 17 << "Dienstag, 17. November 2026, keine Termine" << QStringList{};
     }

@@ -251,10 +251,10 @@ private slots:
         kvMemoryPropertyBag memoryBag;
         for (kvPropertyBag *bag : std::initializer_list<kvPropertyBag *>{&memoryBag, &settingsBag}) {
             {
-                kvKalivo original;
+                kvKalivo saved;
                 for (const auto &[name, value] : kvDesignerFormValues())
-                    original.setProperty(name, value);
-                original.WriteProperties(*bag);
+                    saved.setProperty(name, value);
+                saved.WriteProperties(*bag);
             }
             kvKalivo restored;
             restored.ReadProperties(*bag);
