@@ -1,10 +1,9 @@
-// The appointment tooltip: its size from text, remark and day width, colours, clicks and limits.
+// The appointment tooltip: its size from text, remark and day width, colours and limits.
 #include "ctlToolTip.h"
 #include "kvOleColor.h"
 #include "kvTestSupport.h"
 
 #include <QLabel>
-#include <QSignalSpy>
 #include <QtTest>
 
 #include <cmath>
@@ -13,21 +12,9 @@ namespace {
 
 constexpr int FirstLineHeight = 16;
 
-QLabel *label(const ctlToolTip &toolTip, const char *name)
-{
-    return toolTip.findChild<QLabel *>(QString::fromLatin1(name));
-}
-
-//! The caption's widest line in the control's font.
 int captionWidth(const ctlToolTip &toolTip, const QString &caption)
 {
     return int(std::ceil(QFontMetricsF(toolTip.font()).boundingRect(QRectF(), Qt::AlignLeft, caption).width()));
-}
-
-//! A label's geometry inside the border.
-QRect innerGeometry(const ctlToolTip &toolTip, const QLabel *child)
-{
-    return QRect(child->mapTo(&toolTip, QPoint(0, 0)) - toolTip.contentsRect().topLeft(), child->size());
 }
 
 void fill(ctlToolTip &toolTip, const QString &time, const QString &text, const QString &remark)
@@ -52,18 +39,6 @@ class tst_ctlToolTip : public QObject
     Q_OBJECT
 
 private slots:
-    void labelsArePlaced()
-    {
-        ctlToolTip toolTip;
-        fill(toolTip, QStringLiteral("14:00"), QStringLiteral("Besprechung"), QStringLiteral("Raum 4"));
-        toolTip.Resize();
-        QCOMPARE(innerGeometry(toolTip, label(toolTip, "lblTime")), QRect(0, 0, 35, FirstLineHeight));
-        QCOMPARE(innerGeometry(toolTip, label(toolTip, "lblText")), QRect(35, 0, 346, FirstLineHeight));
-        QCOMPARE(innerGeometry(toolTip, label(toolTip, "lblRemark")),
-                 QRect(0, FirstLineHeight, toolTip.width() - 2, toolTip.fontMetrics().height()));
-        QCOMPARE(toolTip.contentsRect().topLeft(), QPoint(1, 1));
-    }
-
     // The width inside the border: the wider of text + 37 and the remark's widest line + 2,
     // at most 381; a short one takes the day's width (MinWidth, or NormalWidth if smaller).
     void width_data()
@@ -105,7 +80,7 @@ private slots:
             expected = captionWidth(toolTip, remark.split(QStringLiteral("\r\n")).at(remarkLines == 3 ? 1 : 0)) + 2;
         QCOMPARE(toolTip.width(), expected + 2);
         QCOMPARE(toolTip.Text(), text); // the caption stays whole; only the drawing is elided
-        const QLabel *remarkLabel = label(toolTip, "lblRemark");
+        const QLabel *remarkLabel = toolTip.findChild<QLabel *>(QStringLiteral("lblRemark"));
         const QFontMetrics metrics = toolTip.fontMetrics();
         if (remarkLines >= 0)
             QCOMPARE(remarkLabel->height(), remarkLines * metrics.lineSpacing() - (remarkLines ? metrics.leading() : 0));
@@ -130,35 +105,25 @@ private slots:
         QCOMPARE(toolTip.size(), QSize(200, 200));
     }
 
-    // A resize from outside is undone by the computation.
-    void aSizeChangeRunsTheComputation()
+    // Shown in a control: the colours fill their areas, and a resize from outside is undone.
+    void shownInAControl()
     {
         QWidget control;
         control.resize(600, 400);
         ctlToolTip toolTip(&control);
-        fill(toolTip, QStringLiteral("10:00"), QStringLiteral("Friseur"), QString());
+        fill(toolTip, QStringLiteral("10:00"), QStringLiteral("Friseur"), QStringLiteral("Waschen"));
+        toolTip.Resize();
+        QCOMPARE(toolTip.grab().toImage().pixelColor(2, 2), toolTip.palette().color(QPalette::ToolTipBase));
+        toolTip.setMinWidth(200);
+        toolTip.setNormalWidth(200);
+        toolTip.setToolTipBackColor1(kvOleColor::FromRgb(0xF0, 0xE0, 0xA0));
+        toolTip.setToolTipBackColor2(kvOleColor::FromRgb(0xA0, 0xC0, 0xF0));
         toolTip.Resize();
         const QSize computed = toolTip.size();
         control.show();
         toolTip.show();
         toolTip.resize(500, 300);
         QCOMPARE(toolTip.size(), computed);
-    }
-
-    void coloursFillTheirAreas()
-    {
-        QWidget control;
-        ctlToolTip toolTip(&control);
-        fill(toolTip, QStringLiteral("10:00"), QStringLiteral("Friseur"), QStringLiteral("Waschen"));
-        toolTip.Resize();
-        const QImage defaults = toolTip.grab().toImage();
-        QCOMPARE(defaults.pixelColor(2, 2), toolTip.palette().color(QPalette::ToolTipBase));
-        toolTip.setMinWidth(200);
-        toolTip.setNormalWidth(200);
-        toolTip.setToolTipBackColor1(kvOleColor::FromRgb(0xF0, 0xE0, 0xA0));
-        toolTip.setToolTipBackColor2(kvOleColor::FromRgb(0xA0, 0xC0, 0xF0));
-        toolTip.Resize();
-        toolTip.show();
         const QImage image = toolTip.grab().toImage();
         const QColor first(0xF0, 0xE0, 0xA0);
         const QColor remark(0xA0, 0xC0, 0xF0);
@@ -171,19 +136,6 @@ private slots:
         QCOMPARE(image.pixelColor(0, 0), border);
         QCOMPARE(image.pixelColor(image.width() - 1, 5), border); // lblText does not cover it
         QCOMPARE(image.pixelColor(5, image.height() - 1), border);
-    }
-
-    void aClickIsReported()
-    {
-        QWidget control;
-        ctlToolTip toolTip(&control);
-        fill(toolTip, QStringLiteral("10:00"), QStringLiteral("Friseur"), QStringLiteral("Waschen"));
-        toolTip.Resize();
-        control.show();
-        toolTip.show();
-        QSignalSpy clicked(&toolTip, &ctlToolTip::Click);
-        QTest::mouseClick(label(toolTip, "lblRemark"), Qt::LeftButton);
-        QCOMPARE(clicked.count(), 1);
     }
 };
 

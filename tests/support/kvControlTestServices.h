@@ -7,10 +7,7 @@
 #include <QDate>
 #include <QTime>
 
-/*!
-    The services a control test installs for its whole run: a clock that says it is
-    \a today at 09:41, and a scripted message box that records every report.
-*/
+//! Installed for a test's run: a clock at \a today 09:41 and a message box that records every report.
 class kvControlTestServices
 {
 public:
@@ -22,7 +19,6 @@ public:
     }
 
     kvScriptedMessageBox &messageBox() { return m_messageBox; }
-    kvFixedClock &clock() { return m_clock; }
 
 private:
     kvFixedClock m_clock;

@@ -3,29 +3,31 @@
 #include "ctlDay.h"
 #include "ctlEntry.h"
 #include "kvControlTestServices.h"
+#include "kvKalivoTestAccess.h"
 #include "kvScopedService.h"
 #include "kvScriptedModalRunner.h"
 #include "kvTestCalendar.h"
-#include "kvKalivoTestAccess.h"
 
 #include <QDialog>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QtTest>
 
-//! The Sunday the edit-flow tests take for today: the week view shows 16 .. 22 November 2026.
+//! Today for the control tests, a Sunday: the week view shows 16 .. 22 November 2026.
 inline const QDate fixedToday(2026, 11, 22);
+
+inline kvDate at(const QDate &day, int hour = 0, int minute = 0)
+{
+    return kvDate::fromDate(day, QTime(hour, minute));
+}
 
 //! \a day November 2026 at \a hour : \a minute.
 inline kvDate at(int day, int hour = 0, int minute = 0)
 {
-    return kvDate::fromDate(QDate(2026, 11, day), QTime(hour, minute));
+    return at(QDate(2026, 11, day), hour, minute);
 }
 
-/*!
-    The edit-flow tests' calendar: the week view of 16 .. 22 November 2026 (today is the
-    Sunday 22 November), driven with the mouse as a user would.
-*/
+//! The calendar on the week of 16 .. 22 November 2026, driven with the mouse as a user would.
 struct kvEditCalendar : kvTestCalendar
 {
     explicit kvEditCalendar(Database database = Database::Sqlite, QSize size = QSize(1000, 700))
@@ -71,11 +73,10 @@ struct kvEditCalendar : kvTestCalendar
         }));
     }
 
-    void reload() { control.Refresh(); }
+    QDateTime firstBegin() { return column(QStringLiteral("DateBegin")).constFirst().toDateTime(); }
 };
 
-//! The services of an edit-flow test: the fixed clock of fixedToday, the scripted message box
-//! and a scripted runner for the editor's sessions.
+//! The fixed clock of fixedToday, the scripted message box and a scripted editor runner.
 struct kvEditTestServices : kvControlTestServices
 {
     kvEditTestServices()
@@ -87,21 +88,20 @@ struct kvEditTestServices : kvControlTestServices
     kvScopedService<kvScriptedModalRunner> installedRunner;
 };
 
-//! An editor session that types \a name into "txtName" and presses OK.
-inline kvScriptedModalRunner::Action typeName(const QString &name)
-{
-    return [name](QDialog &dialog) {
-        dialog.findChild<QLineEdit *>(QStringLiteral("txtName"))->setText(name);
-        dialog.findChild<QPushButton *>(QStringLiteral("cmdOK"))->click();
-        return int(QDialog::Accepted);
-    };
-}
-
 //! An editor session that presses \a button.
 inline kvScriptedModalRunner::Action pressButton(const char *button)
 {
     return [button](QDialog &dialog) {
         dialog.findChild<QPushButton *>(QString::fromLatin1(button))->click();
         return int(QDialog::Accepted);
+    };
+}
+
+//! An editor session that types \a name into "txtName" and presses OK.
+inline kvScriptedModalRunner::Action typeName(const QString &name)
+{
+    return [name](QDialog &dialog) {
+        dialog.findChild<QLineEdit *>(QStringLiteral("txtName"))->setText(name);
+        return pressButton("cmdOK")(dialog);
     };
 }

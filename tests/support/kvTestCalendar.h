@@ -8,16 +8,12 @@
 #include "kvRecordset.h"
 
 #include <QAction>
-#include <QDateTime>
-#include <QSize>
-#include <QStringList>
 #include <QTemporaryDir>
 
 /*!
-    A shown kvKalivo (ParameterizedSql on) on a fresh appointment table, with every SQL text
-    the connection sends recorded in \c statements. On SQLite the table is "Termine" in a
-    temporary file; on MariaDB it is "EditTermine" in the CTest fixture's server, dropped and
-    created anew. Without the server the test aborts with the reason: it never passes unseen.
+    A shown kvKalivo (ParameterizedSql on) on a fresh appointment table, recording every SQL
+    text the connection sends in \c statements: "Termine" in a temporary SQLite file, or
+    "EditTermine" (created anew) on the CTest fixture's MariaDB server, without which it aborts.
 */
 struct kvTestCalendar
 {
@@ -67,16 +63,14 @@ struct kvTestCalendar
         recordset.Close();
     }
 
-    //! The values of \a column of every row, in the order of DateID.
+    //! The values of \a name of every row, in the order of DateID.
     QVariantList column(const QString &name)
     {
         QVariantList result;
         kvRecordset recordset;
         recordset.Open(QStringLiteral("SELECT %1 FROM %2 ORDER BY DateID").arg(name, table), &connection);
-        while (!recordset.EOF()) {
+        for (; !recordset.EOF(); recordset.MoveNext())
             result << recordset.Fields()[name].Value();
-            recordset.MoveNext();
-        }
         recordset.Close();
         return result;
     }
@@ -86,14 +80,6 @@ struct kvTestCalendar
         QStringList result;
         for (const QVariant &value : column(QStringLiteral("Name")))
             result << value.toString();
-        return result;
-    }
-
-    QList<QDateTime> begins()
-    {
-        QList<QDateTime> result;
-        for (const QVariant &value : column(QStringLiteral("DateBegin")))
-            result << value.toDateTime();
         return result;
     }
 

@@ -9,23 +9,10 @@
 #include <functional>
 #include <memory>
 
-//! Closes the modal dialogs over \a widget, and \a widget itself, should an action leave it open.
-inline void closeLater(QWidget *widget)
-{
-    QTimer::singleShot(5000, qApp, [guard = QPointer<QWidget>(widget)]() {
-        while (guard && guard->isVisible()) {
-            auto *modal = qobject_cast<QDialog *>(QApplication::activeModalWidget());
-            if (!modal)
-                return;
-            modal->done(-1);
-        }
-    });
-}
-
 /*!
     Acts on the first visible top-level widget of type Widget (a modal window run by exec())
-    that \a accepts. If none turns up within five seconds, or the action leaves it open, the
-    open modal dialog is closed, so that the test fails instead of hanging.
+    that \a accepts. If none turns up within five seconds, or the action leaves it open for
+    five seconds, the open modal dialogs are closed, so that the test fails instead of hanging.
 */
 template <typename Widget>
 void whenShown(std::function<bool(Widget *)> accepts, std::function<void(Widget *)> action)
@@ -39,7 +26,14 @@ void whenShown(std::function<bool(Widget *)> accepts, std::function<void(Widget 
             if (found && found->isVisible() && accepts(found)) {
                 timer->stop();
                 timer->deleteLater();
-                closeLater(found);
+                QTimer::singleShot(5000, qApp, [guard = QPointer<QWidget>(found)]() {
+                    while (guard && guard->isVisible()) {
+                        auto *modal = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+                        if (!modal)
+                            return;
+                        modal->done(-1);
+                    }
+                });
                 action(found);
                 return;
             }

@@ -4,37 +4,21 @@
 #include "DemoEventPanel.h"
 #include "DemoHostEvent.h"
 #include "DemoWindow.h"
-#include "ctlDay.h"
-#include "ctlEntry.h"
-#include "kvConnection.h"
-#include "kvControlTestServices.h"
+#include "kvEditCalendar.h"
 #include "kvErrorReporting.h"
-#include "kvKalivoTestAccess.h"
-#include "kvRecordset.h"
-#include "kvScriptedModalRunner.h"
 
-#include <QAction>
-#include <QApplication>
 #include <QCheckBox>
-#include <QDialog>
 #include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
 #include <QScrollBar>
-#include <QTemporaryDir>
 #include <QTreeWidget>
 #include <QtTest>
 
-#include <memory>
-
 namespace {
 
-const QDate fixedToday(2026, 11, 22);   // a Sunday: the week view shows 16 .. 22 November
-
-//! The demo window on a fresh SQLite database, with the services a control test installs.
-struct Host
+//! The demo window in the week of fixedToday on a fresh SQLite database.
+struct Host : kvEditTestServices
 {
-    Host() : services(fixedToday), installedRunner(runner)
+    Host()
     {
         auto database = std::make_unique<DemoDatabase>();
         QString error;
@@ -51,7 +35,6 @@ struct Host
     DemoEventPanel &panel() { return *window->EventPanel(); }
     kvConnection &connection() { return *window->Database().Connection(); }
     void click(const char *checkBox) { panel().findChild<QCheckBox *>(checkBox)->click(); }
-    bool checked(const char *checkBox) { return panel().findChild<QCheckBox *>(checkBox)->isChecked(); }
     QTreeWidget *log() { return panel().findChild<QTreeWidget *>("eventLog"); }
     const DemoHostEvent &lastEvent() { return panel().Events().constLast(); }
     ctlDay *cell(int day) { return kvKalivoTestAccess::DayCell(control(), qint16(day - 15)); }
@@ -66,33 +49,6 @@ struct Host
         return result;
     }
 
-    //! An appointment on 18 November, 10:00 to 11:00, selected as a right-click selects it.
-    void addAndSelect()
-    {
-        const QDateTime begin = kvDate::fromDate(QDate(2026, 11, 18), QTime(10, 0)).toDateTime();
-        DemoAppointmentWriter(connection(), "Termine")
-            .Insert({0, begin, begin.addSecs(3600), "Müller", "Angebot besprechen\nUnterlagen mitbringen", "/tmp/Angebot.txt", 19});
-        control().Refresh();
-        const ctlEntry *entry = cell(18)->Entries(1);
-        QTest::mouseClick(cell(18), Qt::RightButton, Qt::NoModifier,
-                          QPoint(entry->Left() + entry->Width() / 2, entry->Top() + entry->Height() / 2));
-        if (QWidget *popup = QApplication::activePopupWidget())
-            popup->close();
-    }
-
-    //! The editor saves \a name, as a user typing it and pressing OK.
-    void editorSaves(const QString &name)
-    {
-        runner.Enqueue([name](QDialog &dialog) {
-            dialog.findChild<QLineEdit *>("txtName")->setText(name);
-            dialog.findChild<QPushButton *>("cmdOK")->click();
-            return int(QDialog::Accepted);
-        });
-    }
-
-    kvControlTestServices services;
-    kvScriptedModalRunner runner;
-    kvScopedService<kvScriptedModalRunner> installedRunner;
     QTemporaryDir folder;
     std::unique_ptr<DemoWindow> window;
 };
@@ -112,25 +68,10 @@ class tst_DemoEventPanel : public QObject
     Q_OBJECT
 
 private slots:
-    void cleanup() { kvErrorReporting::setRaiseErrorEvent(false); }   // thread-wide
+    void cleanup() { kvErrorReporting::setRaiseErrorEvent(false); } // thread-wide
 
-    void switchesAreBoundBothWays()
-    {
-        Host host;
-        QVERIFY(!host.checked("checkRaiseDatabaseEvents") && !host.checked("checkRaiseErrorEvent"));
-        host.click("checkRaiseDatabaseEvents");
-        host.click("checkRaiseErrorEvent");
-        QVERIFY(host.control().RaiseDatabaseEvents() && host.control().RaiseErrorEvent());
-        host.control().setRaiseDatabaseEvents(false);
-        QVERIFY(!host.checked("checkRaiseDatabaseEvents"));
-        host.click("checkCancel");   // the host's own switch
-        QVERIFY(!host.control().RaiseDatabaseEvents() && !host.control().RaiseEditEvent());
-        QAction *showEvents = host.window->findChild<QAction *>("actionShowEvents");
-        QVERIFY(host.panel().isVisible() && showEvents->isChecked());
-        showEvents->trigger();
-        QVERIFY(!host.panel().isVisible());
-    }
-
+    // The host writes what the editor gave unless its own "cancel" switch is on; the control
+    // reloads and asks nothing.
     void databaseEvents_data()
     {
         QTest::addColumn<int>("action");
@@ -150,49 +91,44 @@ private slots:
                                    "sRemark=„Angebot besprechen…“, sDocument=„/tmp/Angebot.txt“, bCancel=False"
                                 << "vom Host geschrieben (gelöscht)" << QStringList();
     }
-
     void databaseEvents()
     {
         QFETCH(int, action);
         QFETCH(bool, cancel);
         QFETCH(QString, arguments);
+        QFETCH(QString, result);
         QFETCH(QStringList, names);
         Host host;
-        if (action != 1)
-            host.addAndSelect();
+        if (action != 1) { // an appointment on 18 November, selected as a right-click selects it
+            const QDateTime begin = at(18, 10).toDateTime();
+            DemoAppointmentWriter(host.connection(), "Termine")
+                .Insert({0, begin, begin.addSecs(3600), "Müller", "Angebot besprechen\nUnterlagen mitbringen", "/tmp/Angebot.txt", 19});
+            host.control().Refresh();
+            const ctlEntry *entry = host.cell(18)->Entries(1);
+            QTest::mouseClick(host.cell(18), Qt::RightButton, Qt::NoModifier, entry->geometry().center());
+            if (QWidget *popup = QApplication::activePopupWidget())
+                popup->close();
+        }
         host.click("checkRaiseDatabaseEvents");
         if (cancel)
             host.click("checkCancel");
-        host.editorSaves("Meier");
+        host.runner.Enqueue(typeName("Meier"));
         host.control().EditAppointment(qint16(action));
         QCOMPARE(host.panel().Events().size(), 1);
         const DemoHostEvent &event = host.lastEvent();
         QCOMPARE(event.Name(), QString(action == 1 ? "DateNew" : action == 2 ? "DateDelete" : "DateChange"));
         if (!arguments.isEmpty())
             QCOMPARE(argumentsOf(event), arguments);
-        QFETCH(QString, result);
         QVERIFY2(event.ResultText().startsWith(result), qPrintable(event.ResultText()));
         QCOMPARE(host.names(), names);
-        ctlDay *cell = host.cell(action == 1 ? 22 : 18);   // reloaded after the event
+        ctlDay *cell = host.cell(action == 1 ? 22 : 18); // reloaded after the event
         QCOMPARE(cell->EntriesCount(), int(names.size()));
         if (!names.isEmpty())
             QCOMPARE(cell->Entries(1)->Text(), names.last());
-        QCOMPARE(host.services.messageBox().CallCount(), 0);   // the host answers, the control asks nothing
+        QCOMPARE(host.messageBox().CallCount(), 0);
         QTreeWidgetItem *item = host.log()->topLevelItem(0);
         QCOMPARE(item->text(0), "09:41:00  " + event.Name());
         QCOMPARE(item->child(item->childCount() - 1)->text(0), QStringLiteral("Host"));
-    }
-
-    void editEventShowsNoEditor()
-    {
-        Host host;
-        host.click("checkRaiseEditEvent");
-        host.control().EditAppointment(1);
-        QCOMPARE(host.lastEvent().ArgumentValue("iAction"), QStringLiteral("1 (neu)"));
-        QCOMPARE(host.lastEvent().ArgumentValue("datDateBegin"), QStringLiteral("22.11.2026 00:00"));
-        QCOMPARE(host.lastEvent().Result(), DemoHostEvent::Outcome::Noted);
-        QCOMPARE(host.runner.ExecCount(), 0);
-        QVERIFY(host.names().isEmpty());
     }
 
     void failuresAreListed()
@@ -201,27 +137,28 @@ private slots:
         host.click("checkRaiseDatabaseEvents");
         host.click("checkRaiseErrorEvent");
         host.connection().Execute("DROP TABLE Termine");
-        host.editorSaves("Zahnarzt");
+        host.runner.Enqueue(typeName("Zahnarzt"));
         host.control().EditAppointment(1);
         QCOMPARE(host.lastEvent().Result(), DemoHostEvent::Outcome::Failed);
         QVERIFY(host.lastEvent().ResultText().startsWith("nicht geschrieben: "));
         QCOMPARE(host.lastEvent().ArgumentValue("bCancel"), QStringLiteral("True"));
-        host.control().EditAppointment(3);   // no row selected: gathering the values fails (13 + 1)
+        host.control().EditAppointment(3); // no row selected: gathering the values fails (13 + 1)
         QCOMPARE(host.lastEvent().Name(), QStringLiteral("Error"));
         QCOMPARE(argumentsOf(host.lastEvent()).left(14), QStringLiteral("Err.Number=14,"));
-        QCOMPARE(host.services.messageBox().CallCount(), 0);
+        QCOMPARE(host.messageBox().CallCount(), 0);
     }
 
     void theLogFollowsTheNewestAndClears()
     {
         Host host;
         host.click("checkRaiseEditEvent");
-        QVERIFY(host.panel().Events().isEmpty());   // PropertyChanged only when switched on
+        QVERIFY(host.panel().Events().isEmpty()); // PropertyChanged only when switched on
         host.click("checkPropertyChanged");
         for (int i = 0; i < 30; ++i)
             host.control().setFootnote(QString::number(i));
         host.control().EditAppointment(1);
         QCOMPARE(host.lastEvent().Name(), QStringLiteral("Edit"));
+        QCOMPARE(host.lastEvent().ArgumentValue("iAction"), QStringLiteral("1 (neu)"));
         QCOMPARE(host.panel().Events().constFirst().ArgumentValue("PropertyName"), QStringLiteral("Footnote"));
         QTreeWidget *log = host.log();
         QCOMPARE(log->topLevelItemCount(), 31);
@@ -233,13 +170,6 @@ private slots:
         host.panel().findChild<QPushButton *>("clearLog")->click();
         QCOMPARE(log->topLevelItemCount(), 0);
         QCOMPARE(count->text(), QStringLiteral("0 Ereignisse"));
-    }
-
-    void shortensRemarksAndFormatsDates()
-    {
-        QCOMPARE(DemoHostEvent::Shorten("Erste Zeile\nZweite Zeile"), QStringLiteral("Erste Zeile…"));
-        QCOMPARE(DemoHostEvent::Shorten(QString(60, 'x')), QString(39, 'x') + "…");
-        QCOMPARE(DemoHostEvent::FormatDate(kvDate::fromDate(QDate(2026, 11, 5), QTime(7, 3)).toDateTime()), QStringLiteral("05.11.2026 07:03"));
     }
 };
 

@@ -2,19 +2,10 @@
 
 #include "kvKalivo.h"
 
-#include <QByteArray>
-#include <QDate>
-#include <QList>
 #include <QMetaProperty>
-#include <QVariant>
 
-#include <utility>
-
-/*!
-    Every designable persisted property of kvKalivo, in the order of its Q_PROPERTYs, with
-    the value that kvKalivoForm.ui gives it; none is the property's default. OLE colours
-    are 0x00BBGGRR.
-*/
+//! Every designable persisted property of kvKalivo in the order of its Q_PROPERTYs, with the
+//! value kvKalivoForm.ui gives it; none is the default. Colours are OLE colours, 0x00BBGGRR.
 inline QList<std::pair<QByteArray, QVariant>> kvDesignerFormValues()
 {
     return {
@@ -22,11 +13,11 @@ inline QList<std::pair<QByteArray, QVariant>> kvDesignerFormValues()
         {"WeekendColumns", QVariant::fromValue(kvKalivo::kvTwo)},
         {"AutoRefresh", false},
         {"BorderStyle", QVariant::fromValue(kvKalivo::kvFixedSingle)},
-        {"BackColor", 0xF0FFF0u},            // honeydew
-        {"TodayHeaderColor", 0x80FFFFu},     // light yellow
-        {"DayHeaderForeColor", 0x800000u},   // navy
-        {"DayHeaderColor2", 0xFFE0C0u},      // light blue
-        {"DayHeaderColor1", 0x80000010u},    // system colour 16, button shadow
+        {"BackColor", 0xF0FFF0u},
+        {"TodayHeaderColor", 0x80FFFFu},
+        {"DayHeaderForeColor", 0x800000u},
+        {"DayHeaderColor2", 0xFFE0C0u},
+        {"DayHeaderColor1", 0x80000010u}, // system colour 16
         {"ActualDate", QDate(2027, 3, 15)},
         {"RecordSource", QStringLiteral("Termine")},
         {"ToolTipBackColor1", 0xE1FFFFu},
@@ -46,10 +37,8 @@ inline QList<QByteArray> kvDesignablePersistedProperties()
 {
     QList<QByteArray> names;
     const QMetaObject &meta = kvKalivo::staticMetaObject;
-    for (int index = meta.propertyOffset(); index < meta.propertyCount(); ++index) {
-        const QMetaProperty property = meta.property(index);
-        if (property.isDesignable() && property.isStored())
-            names << property.name();
-    }
+    for (int index = meta.propertyOffset(); index < meta.propertyCount(); ++index)
+        if (meta.property(index).isDesignable() && meta.property(index).isStored())
+            names << meta.property(index).name();
     return names;
 }
