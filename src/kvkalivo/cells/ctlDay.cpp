@@ -13,11 +13,8 @@
 #include "kvRuntimeError.h"
 
 #include <QAccessible>
-#include <QCoreApplication>
 #include <QMouseEvent>
 #include <QScrollBar>
-#include <QStyle>
-#include <QWheelEvent>
 
 namespace {
 
@@ -70,14 +67,7 @@ ctlDay::ctlDay(QWidget *parent)
 
     m_images.append(Image{QPixmap(), QRect(0, 0, IconSize, IconSize), false});
 
-    m_vScroll = new QScrollBar(Qt::Vertical, this);
-    m_vScroll->setObjectName(QStringLiteral("VScroll"));
-    m_vScroll->setRange(0, 0);
-    m_vScroll->setSingleStep(1);
-    m_vScroll->setPageStep(1);
-    m_vScroll->resize(style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, m_vScroll),
-                      m_vScroll->height());
-    m_vScroll->hide();
+    m_vScroll = m_scroller->CreateScrollBar();
     // Clicks, keys and dragging all scroll the rows; valueChanged covers every one of them.
     connect(m_vScroll, &QScrollBar::valueChanged, this, [this] {
         reportFailures(FailureCode, [this] { m_scroller->Scrolling(); });
@@ -405,13 +395,9 @@ void ctlDay::mouseDoubleClickEvent(QMouseEvent *event)
     reportFailures(FailureCode, [this, event] { m_mouse->DoubleClick(event); });
 }
 
-//! The wheel anywhere over the cell scrolls it as over VScroll: by whole rows.
 void ctlDay::wheelEvent(QWheelEvent *event)
 {
-    if (m_vScroll->isVisible())
-        QCoreApplication::sendEvent(m_vScroll, event);
-    else
-        event->ignore();
+    m_scroller->Wheel(event);
 }
 
 void ctlDay::SetCapture(qint16 entryIndex)

@@ -3,11 +3,26 @@
 #include "ctlDay.h"
 #include "kvInt16.h"
 
+#include <QCoreApplication>
 #include <QScrollBar>
+#include <QStyle>
+#include <QWheelEvent>
 
 kvDayRowScroller::kvDayRowScroller(ctlDay &cell)
     : m_cell(cell)
 {
+}
+
+QScrollBar *kvDayRowScroller::CreateScrollBar()
+{
+    auto *bar = new QScrollBar(Qt::Vertical, &m_cell);
+    bar->setObjectName(QStringLiteral("VScroll"));
+    bar->setRange(0, 0);
+    bar->setSingleStep(1);
+    bar->setPageStep(1);
+    bar->resize(m_cell.style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, bar), bar->height());
+    bar->hide();
+    return bar;
 }
 
 void kvDayRowScroller::Resize()
@@ -92,4 +107,12 @@ void kvDayRowScroller::ScrollIntoView(qint16 index)
     else if (top >= value + shownRows)
         value = top - shownRows + 1;
     bar->setValue(value);
+}
+
+void kvDayRowScroller::Wheel(QWheelEvent *event)
+{
+    if (m_cell.m_vScroll->isVisible())
+        QCoreApplication::sendEvent(m_cell.m_vScroll, event);
+    else
+        event->ignore();
 }
