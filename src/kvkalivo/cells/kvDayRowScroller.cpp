@@ -20,7 +20,8 @@ QScrollBar *kvDayRowScroller::CreateScrollBar()
     bar->setRange(0, 0);
     bar->setSingleStep(1);
     bar->setPageStep(1);
-    bar->resize(m_cell.style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, bar), bar->height());
+    const int width = m_cell.style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, bar);
+    bar->resize(width, bar->height());
     bar->hide();
     return bar;
 }

@@ -209,9 +209,12 @@ void frmEdit::ConnectControls()
     kvEditTimes *times = m_times.get();
     kvEditDocumentLink *document = m_documentLink.get();
     kvEditIconRow *icon = m_iconRow.get();
-    connect(m_cboTimeBegin, &QComboBox::activated, this, picked([times] { times->cboTimeBegin_Click(); }));
-    connect(m_cboTimeEnd, &QComboBox::activated, this, picked([times] { times->cboTimeEnd_Click(); }));
-    connect(m_dtPickerBegin, &QDateEdit::dateChanged, this, guard([times] { times->DTPickerBegin_Change(); }));
+    connect(m_cboTimeBegin, &QComboBox::activated, this,
+            picked([times] { times->cboTimeBegin_Click(); }));
+    connect(m_cboTimeEnd, &QComboBox::activated, this,
+            picked([times] { times->cboTimeEnd_Click(); }));
+    connect(m_dtPickerBegin, &QDateEdit::dateChanged, this,
+            guard([times] { times->DTPickerBegin_Change(); }));
     connect(m_dtPickerEnd, &QDateEdit::dateChanged, this,
             guard([this] { m_validation->DTPickerEnd_Change(); }));
     connect(m_chkFullTime, &QCheckBox::toggled, this, guard([this] { chkFullTime_Click(); }));

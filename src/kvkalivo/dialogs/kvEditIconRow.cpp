@@ -19,7 +19,8 @@ kvEditIconRow::kvEditIconRow(frmEdit &editor)
 
 void kvEditIconRow::SetEnabled(bool enabled)
 {
-    for (QWidget *control : { static_cast<QWidget *>(m_editor.m_lblIcon), static_cast<QWidget *>(m_editor.m_imgIcon),
+    for (QWidget *control : { static_cast<QWidget *>(m_editor.m_lblIcon),
+                              static_cast<QWidget *>(m_editor.m_imgIcon),
                               static_cast<QWidget *>(m_editor.m_cmdEdit),
                               static_cast<QWidget *>(m_editor.m_cmdDeleteIcon) })
         control->setEnabled(enabled);
@@ -49,7 +50,8 @@ void kvEditIconRow::ShowIconPicture(const QIcon &picture)
     if (picture.isNull())
         m_editor.m_imgIcon->clear();
     else
-        m_editor.m_imgIcon->setPixmap(picture.pixmap(QSize(side, side), m_editor.devicePixelRatio()));
+        m_editor.m_imgIcon->setPixmap(
+                picture.pixmap(QSize(side, side), m_editor.devicePixelRatio()));
 }
 
 void kvEditIconRow::ImgIcon_MouseUp(Qt::MouseButton button, const QPoint &position)
@@ -73,7 +75,8 @@ void kvEditIconRow::ChooseIcon()
     m_editor.m_iconListIndex = picker.GetImgListIndex();
     if (m_editor.m_iconListIndex < 1)
         return;
-    ShowIconPicture(kvIconCatalogue::ThreadInstance().BigIcons().ListImage(m_editor.m_iconListIndex));
+    kvImageList &pictures = kvIconCatalogue::ThreadInstance().BigIcons();
+    ShowIconPicture(pictures.ListImage(m_editor.m_iconListIndex));
 }
 
 void kvEditIconRow::DeleteIcon()

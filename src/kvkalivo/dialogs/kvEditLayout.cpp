@@ -52,7 +52,8 @@ void kvEditLayout::Apply()
     editor->addLayout(content, 1);
     editor->addWidget(m_editor.m_statusLine);
     editor->addWidget(m_editor.m_statusBar);
-    m_editor.resize(m_editor.minimumSizeHint());   // the remark box grows only when the user enlarges the editor
+    // The remark box grows only when the user enlarges the editor.
+    m_editor.resize(m_editor.minimumSizeHint());
 
     SetTabOrder();
 }
@@ -94,7 +95,8 @@ QGridLayout *kvEditLayout::CreateFormLayout()
     form->addWidget(m_editor.m_label3, RemarkRow, LabelColumn, Qt::AlignTop);
     const int rowHeight = m_editor.m_txtName->sizeHint().height();
     m_editor.m_label3->setMinimumHeight(rowHeight);
-    m_editor.m_txtRemark->setMinimumSize(frmEdit::RemarkWidth, remarkLines * rowHeight + (remarkLines - 1) * rowGap);
+    const int remarkHeight = remarkLines * rowHeight + (remarkLines - 1) * rowGap;
+    m_editor.m_txtRemark->setMinimumSize(frmEdit::RemarkWidth, remarkHeight);
     form->addWidget(m_editor.m_txtRemark, RemarkRow, PickerColumn, 1, fieldSpan);
 
     auto *document = new QHBoxLayout;
@@ -112,7 +114,8 @@ QGridLayout *kvEditLayout::CreateFormLayout()
     icon->addStretch(1);
     form->addWidget(m_editor.m_lblIcon, IconRow, LabelColumn);
     form->addLayout(icon, IconRow, PickerColumn, 1, fieldSpan);
-    for (QPushButton *small : { m_editor.m_cmdDocumentBrowser, m_editor.m_cmdEdit, m_editor.m_cmdDeleteIcon })
+    for (QPushButton *small :
+         { m_editor.m_cmdDocumentBrowser, m_editor.m_cmdEdit, m_editor.m_cmdDeleteIcon })
         small->setFixedWidth(smallButtonWidth);
     return form;
 }

@@ -56,7 +56,8 @@ QComboBox *kvEditTimes::CreateTimeBox(const QString &name)
 void kvEditTimes::MarkTypedCommits(QLineEdit *edit, bool typing)
 {
     for (auto signal : { &QLineEdit::returnPressed, &QLineEdit::editingFinished })
-        QObject::connect(edit, signal, &m_editor, [this, typing] { m_committingTypedTime = typing; });
+        QObject::connect(edit, signal, &m_editor,
+                         [this, typing] { m_committingTypedTime = typing; });
 }
 
 // Deliberately appended on every load and never cleared: each use of the reused editor adds
