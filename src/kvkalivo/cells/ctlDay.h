@@ -12,10 +12,12 @@
 #include <QRect>
 #include <QWidget>
 
+#include <memory>
 #include <optional>
 
-class QHelpEvent;
 class QScrollBar;
+class kvDayMouseRouter;
+class kvDayRowScroller;
 class kvPropertyBag;
 
 /*!
@@ -175,13 +177,6 @@ private:
         QHash<QString, ctlEntry *> byKey;
     };
 
-    enum class Area { Background, Header, Row, Icon };
-    struct MouseTarget
-    {
-        Area area = Area::Background;
-        QPointer<ctlEntry> row;
-    };
-
     ctlEntry *CreateRow(int index);
     void ConnectRow(ctlEntry *row, qint16 index);
     void ConnectHeader();
@@ -189,24 +184,11 @@ private:
     void UnloadRows();
 
     void SyncLayout();
-    void Resize();
-    void PlaceScrollBar(bool visible);
-    void Scrolling();
     int InnerWidth() const;
     int InnerHeight() const;
-    QPointF ToInner(QPointF widgetPos) const;
 
-    MouseTarget HitTest(QPointF innerPos) const;
-    MouseTarget TargetAt(QPointF innerPos) const;
-    MouseTarget PressTarget(QMouseEvent *event, QPointF innerPos);
-    void OnEntryMouseUp(qint16 index, qint16 button, qint16 shift, float x, float y);
-    void OnEntryPointer(qint16 index, float x, float y, bool pressed);
-    bool ShowHoverText(QHelpEvent *event);
-    void PaintIcons(QPainter &painter) const;
-    void PaintFocusFrames(QPainter &painter) const;
     void SetFocusEntry(qint16 index);
     void AnnounceFocus();
-    void ScrollIntoView(qint16 index);
 
     kvDate m_datDay;
     uint m_headerBackColor = 0;
@@ -230,6 +212,10 @@ private:
     QList<Image> m_images;
     QScrollBar *m_vScroll = nullptr;
 
-    std::optional<MouseTarget> m_pressCapture;  //!< the target of the pressed button
-    std::optional<MouseTarget> m_rowCapture;    //!< SetCapture
+    std::unique_ptr<kvDayMouseRouter> m_mouse;
+    std::unique_ptr<kvDayRowScroller> m_scroller;
+
+    friend class kvDayCellPainter;
+    friend class kvDayMouseRouter;
+    friend class kvDayRowScroller;
 };

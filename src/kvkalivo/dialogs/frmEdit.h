@@ -7,21 +7,23 @@
 #include <QDialog>
 #include <QString>
 
-#include <optional>
+#include <memory>
 
 class QAction;
 class QCheckBox;
 class QComboBox;
 class QDateEdit;
 class QFrame;
-class QGridLayout;
-class QHBoxLayout;
 class QLabel;
 class QLineEdit;
 class QPlainTextEdit;
 class QMenu;
 class QPushButton;
 class QStatusBar;
+class kvEditDocumentLink;
+class kvEditIconRow;
+class kvEditTimes;
+class kvEditValidation;
 
 /*!
     \brief The appointment editor. One instance per thread, created on first use and
@@ -93,7 +95,7 @@ public:
     //! The text the status bar shows: the first panel's in panel style, else the simple text.
     QString StatusText() const;
     //! True while the status bar is in panel style (a message is shown).
-    bool StatusPanelStyle() const { return m_panelStyle; }
+    bool StatusPanelStyle() const;
 
 public Q_SLOTS:
     void reject() override;
@@ -111,13 +113,7 @@ private:
     void CreateControls();
     void CreateContextMenu();
     QLabel *CreateLabel(const QString &name, const QString &caption);
-    QComboBox *CreateTimeBox(const QString &name);
-    void MarkTypedCommits(QLineEdit *edit, bool typing);
     QPushButton *CreateButton(const QString &name, const QString &caption);
-    void LayoutControls();
-    QGridLayout *CreateFormLayout();
-    QHBoxLayout *CreateButtonRow();
-    void SetTabOrder();
     void ConnectControls();
 
     // SetDateValues' steps
@@ -125,48 +121,17 @@ private:
                            const QString &remark, qint16 imageId, const QString &document,
                            qint16 editAction);
     void ShowLoadedValues();
-    void ShowLoadedIcon();
-    void AppendTimeLists();
 
     // GetDateValues' steps
     bool DialogDiffersFromLoaded() const;
     void WriteValues(kvDate &dateBegin, kvDate &dateEnd, QString &name, QString &remark,
                      qint16 &imageId, QString &document) const;
 
-    // Combining date and time ("d mmm yyyy" & " " & time text)
-    QString DateTimeText(const QDateEdit *picker, const QString &timeText) const;
-    std::optional<kvDate> BeginDateTime() const;
-    std::optional<kvDate> EndDateTime() const;
-    kvDate ParsedDateTime(const QDateEdit *picker, const QString &timeText) const;
-    bool EndBeforeBegin() const;
-    static std::optional<int> MinutesOfDay(const std::optional<kvDate> &dateTime);
-
-    void ShowStatusMessage(const QString &text);
-    void SetTimeBoxesEnabled(bool enabled);
-    void PlacePicker();
-    void ShowIconPicture(const QIcon &picture);
-
     // Event handlers
-    void cboTimeBegin_Click();
-    bool cboTimeBegin_Validate();
-    void cboTimeEnd_Click();
-    bool cboTimeEnd_Validate();
-    bool ValidateTimeBox(QComboBox *box, const QString &message);
-    void RefuseLeaving(QComboBox *box);
-    void DTPickerBegin_Change();
-    void DTPickerEnd_Change();
     void chkFullTime_Click();
     void cmdOK_Click();
-    bool CheckBeforeOk();
     void CancelButton_Click();
     void cmdDelete_Click();
-    void cmdDocumentBrowser_Click();
-    void cmdOpenDocument_Click();
-    void ImgIcon_MouseUp(Qt::MouseButton button, const QPoint &position);
-
-    void ChooseIcon();
-    void DeleteIcon();
-    bool OpenDocument(const QString &path);
 
     // What the dialog holds: the loaded text itself while the field shows what it was given.
     QString NameValue() const;
@@ -224,9 +189,15 @@ private:
     bool m_deleteRequested = false;
     bool m_cancelled = false;
 
-    bool m_panelStyle = false;
-    //! Set while the focus is put back into a time box, so that no other box validates.
-    bool m_refocusing = false;
-    //! Set while a time box commits typed text, which QComboBox also reports as activated.
-    bool m_committingTypedTime = false;
+    // The editor's parts; they work on the controls above.
+    const std::unique_ptr<kvEditTimes> m_times;
+    const std::unique_ptr<kvEditValidation> m_validation;
+    const std::unique_ptr<kvEditDocumentLink> m_documentLink;
+    const std::unique_ptr<kvEditIconRow> m_iconRow;
+
+    friend class kvEditDocumentLink;
+    friend class kvEditIconRow;
+    friend class kvEditLayout;
+    friend class kvEditTimes;
+    friend class kvEditValidation;
 };
