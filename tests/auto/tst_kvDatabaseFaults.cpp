@@ -261,14 +261,6 @@ private slots:
         QCOMPARE(cell->EntriesCount(), 1);
         QCOMPARE(cell->Entries(1)->Remark(), QStringLiteral("Kontrolle"));
         QCOMPARE(cell->Entries(1)->ImgId(), qint16(12));
-        f.store.InsertAppointment(at(18, 9), at(18, 10), QStringLiteral("Friseur"), QStringLiteral("Schneiden"),
-                                  QStringLiteral("Termin.txt"), 21);
-        QVERIFY(f.reports.isEmpty());
-        const auto written = loadDay(f.store, at(18), 0);
-        QCOMPARE(written->EntriesCount(), 1);
-        QCOMPARE(written->Entries(1)->Remark(), QStringLiteral("Schneiden"));
-        QCOMPARE(written->Entries(1)->Document(), QStringLiteral("Termin.txt"));
-        QCOMPARE(written->Entries(1)->ImgId(), qint16(21));
     }
 
     void writesThatCannotBeMadeAreReported_data()

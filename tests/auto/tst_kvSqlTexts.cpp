@@ -49,8 +49,6 @@ private slots:
                                                                 << QStringLiteral("Driver={SQL Server};Server=srv") << 1;
         QTest::newRow("auto: provider=sqloledb;") << 0 << QString() << QStringLiteral("Provider=sqloledb;Data Source=srv") << 1;
         QTest::newRow("auto: SQLServer without blank") << 0 << QString() << QStringLiteral("Driver=SQLServer;Server=srv") << 3;
-        QTest::newRow("auto: SQLite is MySQL") << 0 << QString() << QStringLiteral("Driver=SQLite3;Database=t.db") << 3;
-        QTest::newRow("auto: empty everything") << 0 << QString() << QString() << 3;
         QTest::newRow("out of range is auto") << 7 << jet << QString() << 2;
     }
     void databaseDialect()

@@ -1,6 +1,5 @@
 // kvGallery <folder>: writes pictures of the control and its parts into <folder>, for a person
 // to look at. It checks nothing; the automatic tests do.
-#include "ctlToolTip.h"
 #include "frmEdit.h"
 #include "frmPicSelector.h"
 #include "kvFixedClock.h"
@@ -31,22 +30,6 @@ void save(QWidget &widget, const QString &name)
 kvDate at(int month, int day, int hour = 0, int minute = 0)
 {
     return kvDate::fromDate(QDate(2026, month, day), QTime(hour, minute));
-}
-
-void toolTip()
-{
-    QWidget host;
-    host.setAutoFillBackground(true);
-    ctlToolTip tip(&host);
-    tip.setTime(QStringLiteral("18:30"));
-    tip.setText(QStringLiteral("Jahreshauptversammlung des Kleingartenvereins „Grüne Aue“ mit Neuwahl des Vorstands"));
-    tip.setRemark(QStringLiteral("Vereinsheim, Am Weiher 3\r\nBitte pünktlich kommen."));
-    tip.setMinWidth(120);
-    tip.setNormalWidth(120);
-    tip.Resize();
-    tip.move(8, 8);
-    host.resize(tip.width() + 16, tip.height() + 16);
-    save(host, QStringLiteral("ctlToolTip"));
 }
 
 // Both views with holidays, icons, a continued appointment and a full day; then the printout.
@@ -101,7 +84,6 @@ int main(int argc, char **argv)
     output = QDir(QString::fromLocal8Bit(argv[1]));
     kvFixedClock clock(kvDate::fromDate(QDate(2026, 11, 22), QTime(9, 41)));
     kvScopedService installedClock(clock);
-    toolTip();
     calendarAndPrintout();
     dialogs();
     return 0;

@@ -7,19 +7,8 @@
 #include <type_traits>
 
 /*!
-    \file kvScopedService.h
-    \brief kvScopedService: installs a test service for the lifetime of a scope.
-*/
-
-/*!
     \brief Installs a service on the current thread for the lifetime of a scope, then puts
     back whatever was installed before.
-
-    \code
-    kvScriptedMessageBox messageBox;
-    kvScopedService installed(messageBox);
-    messageBox.EnqueueAnswer(kvMessageBox::vbYes);
-    \endcode
 */
 template <typename Implementation>
 class kvScopedService

@@ -3,9 +3,7 @@
 int kvScriptedMessageBox::MsgBox(const QString &prompt, int buttons, const QString &title)
 {
     m_calls.append({prompt, buttons, title});
-    if (!m_answers.isEmpty())
-        return m_answers.dequeue();
-    return m_defaultAnswer != 0 ? m_defaultAnswer : DefaultResult(buttons);
+    return m_answers.isEmpty() ? DefaultResult(buttons) : m_answers.dequeue();
 }
 
 void kvScriptedMessageBox::Clear()

@@ -4,36 +4,20 @@
 
 int kvScriptedModalRunner::Exec(QDialog &dialog)
 {
-    m_dialogs.append(&dialog);
     m_dialogNames.append(dialog.objectName());
     if (m_actions.isEmpty())
         return QDialog::Rejected;
     const Action action = m_actions.dequeue();
-    return Run(dialog, action);
-}
-
-int kvScriptedModalRunner::Run(QDialog &dialog, const Action &action)
-{
     const bool wasShowModal = dialog.testAttribute(Qt::WA_ShowModal);
     dialog.setAttribute(Qt::WA_ShowModal, true);
     dialog.setResult(0);
     dialog.show();
-
     const int result = action(dialog);
-
     if (dialog.isVisible())
         dialog.hide();
     dialog.setAttribute(Qt::WA_ShowModal, wasShowModal);
     dialog.setResult(result);
     return result;
-}
-
-kvScriptedModalRunner::Action kvScriptedModalRunner::Accept()
-{
-    return [](QDialog &dialog) {
-        dialog.accept();
-        return dialog.result();
-    };
 }
 
 kvScriptedModalRunner::Action kvScriptedModalRunner::Reject()
@@ -47,6 +31,5 @@ kvScriptedModalRunner::Action kvScriptedModalRunner::Reject()
 void kvScriptedModalRunner::Clear()
 {
     m_actions.clear();
-    m_dialogs.clear();
     m_dialogNames.clear();
 }

@@ -2,8 +2,6 @@
 
 #include "kvModalRunner.h"
 
-#include <QList>
-#include <QPointer>
 #include <QQueue>
 #include <QStringList>
 
@@ -12,19 +10,13 @@
 class QDialog;
 
 /*!
-    \file kvScriptedModalRunner.h
-    \brief kvScriptedModalRunner, a modal runner for tests that scripts the user.
-*/
-
-/*!
     \brief A modal runner for tests: each Exec() runs the next queued action instead of an
     event loop.
 
-    The dialog is shown modally while its action runs, so that show and activation code runs
-    as it would under exec(); the action fills fields, presses buttons and returns the result
-    code, which Exec() sets on the dialog and returns. A dialog still visible afterwards is
-    hidden. With an empty queue the dialog is recorded but not shown, and the result is
-    QDialog::Rejected, as if the user had cancelled.
+    The dialog is shown modally while its action runs; the action fills fields, presses buttons
+    and returns the result code, which Exec() sets on the dialog and returns. A dialog still
+    visible afterwards is hidden. With an empty queue the dialog is not shown and the result
+    is QDialog::Rejected, as if the user had cancelled.
 */
 class kvScriptedModalRunner : public kvModalRunner
 {
@@ -32,32 +24,22 @@ public:
     //! Plays the user on the shown dialog and returns its result code (QDialog::Accepted, ...).
     using Action = std::function<int(QDialog &)>;
 
-    //! Records \a dialog and runs the next queued action on it (see the class description).
+    //! Records \a dialog's name and runs the next queued action on it.
     int Exec(QDialog &dialog) override;
-
     //! Queues \a action for a later Exec().
     void Enqueue(Action action) { m_actions.enqueue(std::move(action)); }
     //! The queued actions not used yet.
     int PendingActions() const { return int(m_actions.size()); }
-
-    //! An action that calls the dialog's accept(), as the OK button does.
-    static Action Accept();
     //! An action that calls the dialog's reject(), as Cancel, Escape or the close box do.
     static Action Reject();
-
-    //! The dialogs run so far (null where a dialog has been deleted since).
-    const QList<QPointer<QDialog>> &Dialogs() const { return m_dialogs; }
     //! The objectNames of the dialogs run so far, in order.
     const QStringList &DialogNames() const { return m_dialogNames; }
     //! The number of Exec() calls so far.
-    int ExecCount() const { return int(m_dialogs.size()); }
-    //! Forgets the queued actions and the recorded dialogs.
+    int ExecCount() const { return int(m_dialogNames.size()); }
+    //! Forgets the queued actions and the recorded dialog names.
     void Clear();
 
 private:
-    int Run(QDialog &dialog, const Action &action);
-
     QQueue<Action> m_actions;
-    QList<QPointer<QDialog>> m_dialogs;
     QStringList m_dialogNames;
 };

@@ -2,7 +2,6 @@
 
 #include "kvRuntimeError.h"
 
-#include <QDir>
 #include <QString>
 
 #include <functional>
@@ -18,12 +17,4 @@ inline int errorNumber(const std::function<void()> &operation, QString *descript
         return error.number();
     }
     return 0;
-}
-
-//! Where tests save their PNGs: $KV_TEST_OUTPUT (set by CTest), else the temp folder.
-inline QString galleryFolder()
-{
-    const QString folder = qEnvironmentVariable("KV_TEST_OUTPUT", QDir::tempPath());
-    QDir().mkpath(folder);
-    return folder;
 }

@@ -1,6 +1,0 @@
-#include "kvCountingBeep.h"
-
-void kvCountingBeep::Beep()
-{
-    ++m_count;
-}

@@ -1,6 +1,0 @@
-#include "kvFixedClock.h"
-
-kvDate kvFixedClock::Now() const
-{
-    return m_now;
-}
