@@ -177,7 +177,7 @@ bool IsWeekend(QDate day)
 //! Nationwide work-free holidays, and Christmas Eve and New Year's Eve, which are off too.
 bool IsDayOff(QDate day)
 {
-    const QDate easter = GetEasterSunday(qint16(day.year())).date();
+    const QDate easter = kv::GetEasterSunday(qint16(day.year())).date();
     const QList<QDate> holidays{
         QDate(day.year(), 1, 1),   easter.addDays(-2), easter.addDays(1),    QDate(day.year(), 5, 1),
         easter.addDays(39),        easter.addDays(50), QDate(day.year(), 10, 3), QDate(day.year(), 12, 24),

@@ -8,11 +8,11 @@ namespace {
 
 void checkReading(const QString &text, const QLocale &locale)
 {
-    const std::optional<kvDate> read = CDate(text, locale);
-    kvFuzzCheck(IsDate(text, locale) == read.has_value(), "IsDate agrees with CDate", text);
+    const std::optional<kvDate> read = kv::CDate(text, locale);
+    kvFuzzCheck(kv::IsDate(text, locale) == read.has_value(), "IsDate agrees with CDate", text);
     if (read) {
         kvFuzzCheck(kvDate::isInRange(read->days()), "CDate reads only Dates of the range", text);
-        Format(*read, text, locale);
+        kv::Format(*read, text, locale);
     }
 }
 
@@ -23,14 +23,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     kvFuzzInput input(data, size);
     const kvDate date = kvDate::fromDays(input.number<double>());
     const QString pattern = QString::fromUtf8(input.rest());
-    const QLocale german = kvDefaultLocale();
-    Format(date, pattern, german);
-    Format(date, pattern, QLocale(QLocale::English, QLocale::UnitedStates));
+    const QLocale german = kv::DefaultLocale();
+    kv::Format(date, pattern, german);
+    kv::Format(date, pattern, QLocale(QLocale::English, QLocale::UnitedStates));
     checkReading(pattern, german);
     checkReading(pattern, QLocale(QLocale::English, QLocale::UnitedStates));
 
-    const QString general = Format(date, QStringLiteral("General Date"), german);
-    const std::optional<kvDate> back = CDate(general, german);
+    const QString general = kv::Format(date, QStringLiteral("General Date"), german);
+    const std::optional<kvDate> back = kv::CDate(general, german);
     kvFuzzCheck(back && *back == date, "CDate reads back Format's General Date", general);
     return 0;
 }

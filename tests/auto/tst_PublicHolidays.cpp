@@ -40,21 +40,21 @@ private slots:
     void easter()
     {
         QFETCH(int, year);
-        QTEST(GetEasterSunday(qint16(year)).date(), "easter");
+        QTEST(kv::GetEasterSunday(qint16(year)).date(), "easter");
     }
 
     void easterIsGregorianInEveryYearOfTheTable()
     {
         for (int year = 1583; year <= 2399; ++year)
-            QCOMPARE(GetEasterSunday(qint16(year)).date(), gregorianEaster(year));
+            QCOMPARE(kv::GetEasterSunday(qint16(year)).date(), gregorianEaster(year));
     }
 
     void everySixteenBitYearNamesItsEaster()
     {
         for (int year = std::numeric_limits<qint16>::min(); year <= std::numeric_limits<qint16>::max(); ++year) {
-            const kvDate easter = GetEasterSunday(qint16(year));
+            const kvDate easter = kv::GetEasterSunday(qint16(year));
             QCOMPARE(easter.year(), year > 0 ? year : year - 1);
-            QCOMPARE(GetPublicHolidayName(easter), QStringLiteral("Ostersonntag"));
+            QCOMPARE(kv::GetPublicHolidayName(easter), QStringLiteral("Ostersonntag"));
         }
     }
 
@@ -69,7 +69,7 @@ private slots:
             "12-24 Hl. Abend", "12-25 1. Weihnachtstag", "12-26 2. Weihnachtstag", "12-31 Silvester"};
         QStringList named;
         for (QDate day(2024, 1, 1); day.year() == 2024; day = day.addDays(1)) {
-            if (const QString name = GetPublicHolidayName(day); !name.isEmpty())
+            if (const QString name = kv::GetPublicHolidayName(day); !name.isEmpty())
                 named << day.toString(QStringLiteral("MM-dd ")) + name;
         }
         QCOMPARE(named, days);
@@ -77,22 +77,22 @@ private slots:
 
     void theTimeOfDayAndInvalidDates()
     {
-        QCOMPARE(GetPublicHolidayName(kvDate::fromDate(QDate(2024, 3, 31), QTime(23, 59, 59))), QStringLiteral("Ostersonntag"));
-        QCOMPARE(GetPublicHolidayName(kvDate::fromDate(QDate(1899, 12, 31), QTime(6, 0))), QStringLiteral("Silvester"));
-        QCOMPARE(GetPublicHolidayName(QDate(2008, 5, 1)), QStringLiteral("Tag der Arbeit"));   // also Ascension that year
-        QCOMPARE(GetPublicHolidayName(QDate(40000, 12, 24)), QStringLiteral("4. Advent"));   // a Sunday, as in 2000
-        QVERIFY(GetPublicHolidayName(QDate()).isEmpty());
-        QCOMPARE(GetCalendarWeek(QDate()), 0);
+        QCOMPARE(kv::GetPublicHolidayName(kvDate::fromDate(QDate(2024, 3, 31), QTime(23, 59, 59))), QStringLiteral("Ostersonntag"));
+        QCOMPARE(kv::GetPublicHolidayName(kvDate::fromDate(QDate(1899, 12, 31), QTime(6, 0))), QStringLiteral("Silvester"));
+        QCOMPARE(kv::GetPublicHolidayName(QDate(2008, 5, 1)), QStringLiteral("Tag der Arbeit"));   // also Ascension that year
+        QCOMPARE(kv::GetPublicHolidayName(QDate(40000, 12, 24)), QStringLiteral("4. Advent"));   // a Sunday, as in 2000
+        QVERIFY(kv::GetPublicHolidayName(QDate()).isEmpty());
+        QCOMPARE(kv::GetCalendarWeek(QDate()), 0);
     }
 
     void calendarWeekIsTheIsoWeekFrom1600To2400()
     {
         for (QDate day(1600, 1, 1); day <= QDate(2400, 12, 31); day = day.addDays(1)) {
-            if (GetCalendarWeek(day) != day.weekNumber() || GetCalendarWeek(kvDate::fromDate(day, QTime(23, 59))) != day.weekNumber())
+            if (kv::GetCalendarWeek(day) != day.weekNumber() || kv::GetCalendarWeek(kvDate::fromDate(day, QTime(23, 59))) != day.weekNumber())
                 QFAIL(qPrintable(day.toString(Qt::ISODate)));
         }
         for (QDate day(-3, 1, 1); day <= QDate(3, 12, 31); day = day.addDays(1))
-            QCOMPARE(GetCalendarWeek(day), day.weekNumber());
+            QCOMPARE(kv::GetCalendarWeek(day), day.weekNumber());
     }
 };
 

@@ -93,7 +93,7 @@ struct RecordingSink final : kvDayRowSink
         if (failAdding)
             throw kvRuntimeError(5, QStringLiteral("add"));
         rows << QStringList{row.Name, row.Remark, QString::number(row.ImageID),
-                            Format(row.DateBegin, QStringLiteral("dd hh:nn"))}.join(u' ');
+                            kv::Format(row.DateBegin, QStringLiteral("dd hh:nn"))}.join(u' ');
     }
     void MarkLastContinued() const override
     {

@@ -205,7 +205,7 @@ private slots:
         QFETCH(kvDate, value);
         QFETCH(QString, pattern);
         QFETCH(QString, locale);
-        QTEST(Format(value, pattern, QLocale(locale)), "expected");
+        QTEST(kv::Format(value, pattern, QLocale(locale)), "expected");
     }
 
     void cdate_data()
@@ -234,9 +234,9 @@ private slots:
         QFETCH(QString, text);
         QFETCH(QString, locale);
         QFETCH(QDateTime, expected);
-        const std::optional<kvDate> parsed = CDate(text, QLocale(locale));
+        const std::optional<kvDate> parsed = kv::CDate(text, QLocale(locale));
         QCOMPARE(parsed.has_value(), expected.isValid());
-        QCOMPARE(IsDate(text, QLocale(locale)), expected.isValid());
+        QCOMPARE(kv::IsDate(text, QLocale(locale)), expected.isValid());
         if (parsed)
             QCOMPARE(parsed->toDateTime(), expected);
     }
@@ -252,19 +252,19 @@ private slots:
         QFETCH(QString, locale);
         const QLocale l(locale);
         const auto read = [&l](const QString &text) {
-            const std::optional<kvDate> parsed = CDate(text, l);
+            const std::optional<kvDate> parsed = kv::CDate(text, l);
             return parsed ? parsed->toDateTime() : QDateTime();
         };
         for (int month = 1; month <= 12; ++month) {
             for (int day : {1, 12, 13, 28}) {
                 const kvDate value = at(2026, month, day, (month * 7 + day) % 24, (day * 13) % 60, 30);
                 const QDateTime midnight = value.dateOnly().toDateTime();
-                QCOMPARE(read(Format(value, QStringLiteral("mm/yyyy"), l)), at(2026, month, 1).toDateTime());
-                QCOMPARE(read(Format(value, QStringLiteral("d mmmm yyyy"), l)), midnight);
-                QCOMPARE(read(Format(value, QStringLiteral("d mmm yyyy hh:nn"), l)), value.addSeconds(-30).toDateTime());
-                QCOMPARE(read(Format(value, QStringLiteral("Short Date"), l)), midnight);
-                QCOMPARE(read(Format(value, QStringLiteral("General Date"), l)), value.toDateTime());
-                QCOMPARE(read(Format(value, QStringLiteral("Long Date"), l)), midnight);
+                QCOMPARE(read(kv::Format(value, QStringLiteral("mm/yyyy"), l)), at(2026, month, 1).toDateTime());
+                QCOMPARE(read(kv::Format(value, QStringLiteral("d mmmm yyyy"), l)), midnight);
+                QCOMPARE(read(kv::Format(value, QStringLiteral("d mmm yyyy hh:nn"), l)), value.addSeconds(-30).toDateTime());
+                QCOMPARE(read(kv::Format(value, QStringLiteral("Short Date"), l)), midnight);
+                QCOMPARE(read(kv::Format(value, QStringLiteral("General Date"), l)), value.toDateTime());
+                QCOMPARE(read(kv::Format(value, QStringLiteral("Long Date"), l)), midnight);
             }
         }
     }

@@ -166,7 +166,7 @@ void ctlDay::AddDate(qint32 dateId, const kvDate &dateBegin, const kvDate &dateE
             m_rows(previous)->setShowLineSeperator(true);
         }
 
-        row->Init(dateId, index, Format(dateBegin, QStringLiteral("hh:nn")), dateBegin, dateEnd,
+        row->Init(dateId, index, kv::Format(dateBegin, QStringLiteral("hh:nn")), dateBegin, dateEnd,
                   text, remark, document, imgId, backColor, foreColor);
         row->Move(0, m_nextRowTop, InnerWidth(), row->Height());
         row->setVisible(true);

@@ -104,7 +104,7 @@ void paintWeekNumber(QPainter &painter, const QRectF &rect, const kvDate &monday
     painter.setPen(Ink);
     const double pad = millimetres(painter, Padding);
     painter.drawText(rect.adjusted(0, pad, -pad, 0), Qt::AlignRight | Qt::AlignTop,
-                     QStringLiteral("%1. KW").arg(GetCalendarWeek(monday)));
+                     QStringLiteral("%1. KW").arg(kv::GetCalendarWeek(monday)));
 }
 
 //! The holiday name right of the date label when it fits there, else on a line of its own.
@@ -371,7 +371,7 @@ void kvCalendarPage::Paint(QPainter &painter, const QRectF &pageRect) const
 
 QString kvCalendarPage::DateLabel(const kvDate &day)
 {
-    return Format(day, QStringLiteral("dd.mm."));
+    return kv::Format(day, QStringLiteral("dd.mm."));
 }
 
 QString kvCalendarPage::MoreLine(int hidden)

@@ -38,7 +38,7 @@ public:
     struct Day
     {
         kvDate Date;                //!< the day (no time of day)
-        QString HolidayName;        //!< GetPublicHolidayName(), or empty
+        QString HolidayName;        //!< kv::GetPublicHolidayName(), or empty
         bool OutsideMonth = false;  //!< a day of a neighbouring month in the month view
         QList<Entry> Entries;       //!< the appointment lines, in DateBegin order
     };

@@ -93,9 +93,9 @@ QString kvCalendarPrinter::MonthCaption(const kvDate &date, const kvDate &first,
                                         int view, const QLocale &locale)
 {
     if (view == Week && first.month() != last.month())
-        return Format(first, QStringLiteral("MMM"), locale) + QLatin1Char('/')
-               + Format(last, QStringLiteral("MMM"), locale) + QLatin1Char(' ') + yearText(last);
-    return Format(date, QStringLiteral("MMMM"), locale) + QLatin1Char(' ') + yearText(date);
+        return kv::Format(first, QStringLiteral("MMM"), locale) + QLatin1Char('/')
+               + kv::Format(last, QStringLiteral("MMM"), locale) + QLatin1Char(' ') + yearText(last);
+    return kv::Format(date, QStringLiteral("MMMM"), locale) + QLatin1Char(' ') + yearText(date);
 }
 
 kvCalendarPrinter::DayLoader kvCalendarPrinter::StoreLoader(kvAppointmentStore &store, uint backColor)
@@ -115,7 +115,7 @@ kvCalendarPage::Day kvCalendarPrinter::LoadDay(const kvDate &day, ctlDay &cell) 
         RunLoader(day, cell);
     kvCalendarPage::Day printed;
     printed.Date = day;
-    printed.HolidayName = m_job.PublicHoliday ? GetPublicHolidayName(day) : QString();
+    printed.HolidayName = m_job.PublicHoliday ? kv::GetPublicHolidayName(day) : QString();
     printed.OutsideMonth = m_job.PrintView == Month && day.month() != m_job.PrintDate.month();
     printed.Entries = EntriesOf(cell);
     return printed;
@@ -146,6 +146,6 @@ QStringList kvCalendarPrinter::WeekdayNames() const
 {
     QStringList names;
     for (int day = 1; day <= 7; ++day)
-        names.append(WeekdayName(day, false, m_job.Locale));
+        names.append(kv::WeekdayName(day, false, m_job.Locale));
     return names;
 }

@@ -53,7 +53,7 @@ public:
         int PrintView = Month;      //!< Week (1) or Month (2)
         QString Footnote;           //!< kvKalivo's Footnote, at the foot of the page
         bool PublicHoliday = true;  //!< print the holiday names
-        QLocale Locale = kvDefaultLocale(); //!< month and weekday names
+        QLocale Locale = kv::DefaultLocale(); //!< month and weekday names
         DayLoader LoadDay;          //!< empty: no appointments
     };
 
@@ -83,7 +83,7 @@ public:
     static kvDate FirstDayOf(const kvDate &date, int view);
     //! The grid's month caption for the days \a first .. \a last around \a date.
     static QString MonthCaption(const kvDate &date, const kvDate &first, const kvDate &last, int view,
-                                const QLocale &locale = kvDefaultLocale());
+                                const QLocale &locale = kv::DefaultLocale());
     /*!
         A day loader running \a store's LoadDayAppointments (rows in \a backColor); the
         failure text it returns ("12-" step CR LF description) is thrown as kvRuntimeError 482.

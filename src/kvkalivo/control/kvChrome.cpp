@@ -228,7 +228,7 @@ void kvChrome::SyncDatePicker()
 
 void kvChrome::ShowCalendarWeek()
 {
-    m_statusWeekPanel->setText(QString::number(GetCalendarWeek(d.settings.ActualDate))
+    m_statusWeekPanel->setText(QString::number(kv::GetCalendarWeek(d.settings.ActualDate))
                                + QStringLiteral(". KW"));
 }
 

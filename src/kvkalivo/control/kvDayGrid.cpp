@@ -127,7 +127,7 @@ void kvDayGrid::PlaceWeekdayCaptions()
         // Where a full name would be cut off, the abbreviated one is what a reader expects.
         if (caption->fontMetrics().horizontalAdvance(text) > caption->width() - 2 && column <= 7
             && !(captions.size() == 6 && column == 6))
-            text = WeekdayName(column, true, calendarLocale);
+            text = kv::WeekdayName(column, true, calendarLocale);
         caption->setText(text);
         caption->show();
     }
@@ -136,8 +136,8 @@ void kvDayGrid::PlaceWeekdayCaptions()
 QString kvDayGrid::WeekdayCaption(int column, int columns, const QLocale &calendarLocale)
 {
     if (columns == 6 && column == 6)
-        return WeekdayName(6, true, calendarLocale) + QLatin1Char('-') + WeekdayName(7, true, calendarLocale);
-    return WeekdayName(column, false, calendarLocale);
+        return kv::WeekdayName(6, true, calendarLocale) + QLatin1Char('-') + kv::WeekdayName(7, true, calendarLocale);
+    return kv::WeekdayName(column, false, calendarLocale);
 }
 
 void kvDayGrid::PlaceDayCells()
@@ -168,7 +168,7 @@ kvDate kvDayGrid::FirstGridDate() const
     if (d.settings.View == kvKalivo::kvWeek)
         return actual.addDays(-(actual.weekdayFromMonday() - 1));
     // ActualDate formatted "mm/yyyy" and converted back: the 1st of its month.
-    const kvDate firstOfMonth = CDate(Format(actual, QStringLiteral("mm/yyyy"))).value_or(actual);
+    const kvDate firstOfMonth = kv::CDate(kv::Format(actual, QStringLiteral("mm/yyyy"))).value_or(actual);
     return firstOfMonth.addDays(-(firstOfMonth.weekdayFromMonday() - 1));
 }
 
@@ -217,7 +217,7 @@ bool kvDayGrid::IsFirstCellOfRow(int index)
 bool kvDayGrid::IsToday(const kvDate &day)
 {
     const QString pattern = QStringLiteral("dd-mm-yyyy");
-    return Format(day, pattern) == Format(kvPlatform::clock().Today(), pattern);
+    return kv::Format(day, pattern) == kv::Format(kvPlatform::clock().Today(), pattern);
 }
 
 bool kvDayGrid::IsOtherMonth(const kvDate &day) const
@@ -288,9 +288,9 @@ void kvDayGrid::FillDayCell(int index, const kvDate &day, QString &pendingCode)
         cell->setIsToday(true);
     }
     if (settings.PublicHoliday)
-        cell->setPublicHolidayName(GetPublicHolidayName(day));
+        cell->setPublicHolidayName(kv::GetPublicHolidayName(day));
     if (IsFirstCellOfRow(index))
-        m_weekColumn->Add(QString::number(GetCalendarWeek(day)));
+        m_weekColumn->Add(QString::number(kv::GetCalendarWeek(day)));
     const QString failure = d.store->LoadDayAppointments(day, kvDayCellFiller(*cell, settings.BackColor));
     if (!failure.isEmpty())
         pendingCode = failure;
@@ -301,10 +301,10 @@ QString kvDayGrid::MonthCaption(const kvDate &first, const kvDate &last) const
     const QLocale calendarLocale = d.q->locale();
     const kvDate &actual = d.settings.ActualDate;
     if (d.settings.View != kvKalivo::kvWeek || first.month() == last.month())
-        return Format(actual, QStringLiteral("MMMM"), calendarLocale) + QLatin1Char(' ')
+        return kv::Format(actual, QStringLiteral("MMMM"), calendarLocale) + QLatin1Char(' ')
             + QString::number(actual.year());
-    return Format(first, QStringLiteral("MMM"), calendarLocale) + QLatin1Char('/')
-        + Format(last, QStringLiteral("MMM"), calendarLocale) + QLatin1Char(' ')
+    return kv::Format(first, QStringLiteral("MMM"), calendarLocale) + QLatin1Char('/')
+        + kv::Format(last, QStringLiteral("MMM"), calendarLocale) + QLatin1Char(' ')
         + QString::number(last.year());
 }
 

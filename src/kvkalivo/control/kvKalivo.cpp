@@ -35,7 +35,7 @@ kvKalivo::kvKalivo(QWidget *parent)
     , d(std::make_unique<kvKalivoPrivate>(this))
 {
     setObjectName(QStringLiteral("kvKalivo"));
-    setLocale(kvDefaultLocale());
+    setLocale(kv::DefaultLocale());
     // Not a tab stop of its own: Tab reaches the toolbar, the date picker and the grid.
     setFocusPolicy(Qt::NoFocus);
     setAttribute(Qt::WA_OpaquePaintEvent);

@@ -273,7 +273,7 @@ QString render(const Token &token, const kvDate &value, const QLocale &locale, b
     case Field::Day:
         return digits(value.day(), token.width);
     case Field::DayName:
-        return WeekdayName(value.weekdayFromMonday(), token.width == 3, locale);
+        return kv::WeekdayName(value.weekdayFromMonday(), token.width == 3, locale);
     case Field::ShortDate:
         return shortDate(value, locale);
     case Field::LongDate:
@@ -295,7 +295,7 @@ QString render(const Token &token, const kvDate &value, const QLocale &locale, b
     case Field::Month:
         return digits(value.month(), token.width);
     case Field::MonthName:
-        return MonthName(value.month(), token.width == 3, locale);
+        return kv::MonthName(value.month(), token.width == 3, locale);
     case Field::Hour:
         return digits(twelveHour ? (value.hour() + 11) % 12 + 1 : value.hour(), token.width);
     case Field::Minute:
@@ -589,13 +589,13 @@ private:
 
 } // namespace
 
-QLocale kvDefaultLocale()
+QLocale kv::DefaultLocale()
 {
     static const QLocale german(QLocale::German, QLocale::Germany);
     return german;
 }
 
-QString Format(const kvDate &value, const QString &pattern, const QLocale &locale)
+QString kv::Format(const kvDate &value, const QString &pattern, const QLocale &locale)
 {
     if (const std::optional<QString> named = namedFormat(value, pattern, locale))
         return *named;
@@ -608,17 +608,17 @@ QString Format(const kvDate &value, const QString &pattern, const QLocale &local
     return result;
 }
 
-std::optional<kvDate> CDate(const QString &text, const QLocale &locale)
+std::optional<kvDate> kv::CDate(const QString &text, const QLocale &locale)
 {
     return DateTextParser(locale).parse(text);
 }
 
-bool IsDate(const QString &text, const QLocale &locale)
+bool kv::IsDate(const QString &text, const QLocale &locale)
 {
-    return CDate(text, locale).has_value();
+    return kv::CDate(text, locale).has_value();
 }
 
-QString MonthName(int month, bool abbreviate, const QLocale &locale)
+QString kv::MonthName(int month, bool abbreviate, const QLocale &locale)
 {
     // Standalone names: Qt's German format forms are "Dez.", "Sept.", "Juni" and "März";
     // the standalone ones have three letters ("Dez", "Sep", "Jun", "Mär").
@@ -627,7 +627,7 @@ QString MonthName(int month, bool abbreviate, const QLocale &locale)
     return withoutTrailingDot(locale.standaloneMonthName(month, QLocale::ShortFormat));
 }
 
-QString WeekdayName(int dayOfWeek, bool abbreviate, const QLocale &locale)
+QString kv::WeekdayName(int dayOfWeek, bool abbreviate, const QLocale &locale)
 {
     if (!abbreviate)
         return locale.standaloneDayName(dayOfWeek, QLocale::LongFormat);

@@ -115,7 +115,7 @@ std::optional<kvDate> kvField::AnyDate(const QVariant &value)
         const QString text = value.toString().trimmed();
         if (const std::optional<kvDate> iso = FromIsoText(text))
             return iso;
-        return CDate(text);
+        return kv::CDate(text);
     }
     default:
         break;

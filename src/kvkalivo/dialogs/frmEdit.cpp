@@ -261,8 +261,8 @@ void frmEdit::StoreLoadedValues(const kvDate &dateBegin, const kvDate &dateEnd,
     m_loadedBegin = dateBegin;
     m_loadedEnd = dateEnd;
     m_deleteRequested = false;
-    const QString beginTime = Format(dateBegin, QStringLiteral("hh:nn"));
-    m_lastBeginMinutes = kvEditTimes::MinutesOfDay(CDate(beginTime)).value_or(0);
+    const QString beginTime = kv::Format(dateBegin, QStringLiteral("hh:nn"));
+    m_lastBeginMinutes = kvEditTimes::MinutesOfDay(kv::CDate(beginTime)).value_or(0);
     m_loadedName = name;
     m_loadedRemark = remark;
     m_editAction = editAction;
@@ -271,7 +271,7 @@ void frmEdit::StoreLoadedValues(const kvDate &dateBegin, const kvDate &dateEnd,
     m_loadedDocument = document;
     m_validation->ShowStatusMessage(QString());
     m_loadedFullDay = beginTime == kvEditTimes::MidnightText()
-            && Format(dateEnd, QStringLiteral("hh:nn")) == kvEditTimes::MidnightText();
+            && kv::Format(dateEnd, QStringLiteral("hh:nn")) == kvEditTimes::MidnightText();
 }
 
 void frmEdit::ShowLoadedValues()
@@ -283,12 +283,12 @@ void frmEdit::ShowLoadedValues()
         m_dtPickerBegin->setDate(m_loadedBegin.date());
         m_dtPickerEnd->setDate(m_loadedEnd.date());
     }
-    setWindowTitle(Format(m_loadedBegin, QStringLiteral("Short Date")) + QStringLiteral(", ")
-                   + Format(m_loadedBegin, QStringLiteral("dddd")));
+    setWindowTitle(kv::Format(m_loadedBegin, QStringLiteral("Short Date")) + QStringLiteral(", ")
+                   + kv::Format(m_loadedBegin, QStringLiteral("dddd")));
     m_txtName->setText(m_loadedName);
     m_txtRemark->setPlainText(m_loadedRemark);
-    m_cboTimeBegin->setEditText(Format(m_loadedBegin, QStringLiteral("hh:nn")));
-    m_cboTimeEnd->setEditText(Format(m_loadedEnd, QStringLiteral("hh:nn")));
+    m_cboTimeBegin->setEditText(kv::Format(m_loadedBegin, QStringLiteral("hh:nn")));
+    m_cboTimeEnd->setEditText(kv::Format(m_loadedEnd, QStringLiteral("hh:nn")));
     m_txtDocument->setText(m_loadedDocument);
     m_shownName = m_txtName->text();
     m_shownRemark = m_txtRemark->toPlainText();

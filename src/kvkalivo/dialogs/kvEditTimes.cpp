@@ -13,10 +13,10 @@ namespace {
 
 constexpr int minutesPerDay = 24 * 60;
 
-//! The time \a minutes after midnight, as Format(t, "hh:nn").
+//! The time \a minutes after midnight, as kv::Format(t, "hh:nn").
 QString timeText(int minutes)
 {
-    return Format(kvDate::fromDays(0).addMinutes(minutes), QStringLiteral("hh:nn"));
+    return kv::Format(kvDate::fromDays(0).addMinutes(minutes), QStringLiteral("hh:nn"));
 }
 
 } // namespace
@@ -134,23 +134,23 @@ void kvEditTimes::DTPickerBegin_Change()
 
 QString kvEditTimes::DateTimeText(const QDateEdit *picker, const QString &timeText)
 {
-    const QString date = Format(kvDate::fromDate(picker->date()), QStringLiteral("d mmm yyyy"));
+    const QString date = kv::Format(kvDate::fromDate(picker->date()), QStringLiteral("d mmm yyyy"));
     return timeText.isNull() ? date : date + u' ' + timeText;
 }
 
 std::optional<kvDate> kvEditTimes::BeginDateTime() const
 {
-    return CDate(DateTimeText(m_editor.m_dtPickerBegin, m_editor.m_cboTimeBegin->currentText()));
+    return kv::CDate(DateTimeText(m_editor.m_dtPickerBegin, m_editor.m_cboTimeBegin->currentText()));
 }
 
 std::optional<kvDate> kvEditTimes::EndDateTime() const
 {
-    return CDate(DateTimeText(m_editor.m_dtPickerEnd, m_editor.m_cboTimeEnd->currentText()));
+    return kv::CDate(DateTimeText(m_editor.m_dtPickerEnd, m_editor.m_cboTimeEnd->currentText()));
 }
 
 kvDate kvEditTimes::ParsedDateTime(const QDateEdit *picker, const QString &timeText)
 {
-    const std::optional<kvDate> value = CDate(DateTimeText(picker, timeText));
+    const std::optional<kvDate> value = kv::CDate(DateTimeText(picker, timeText));
     if (!value)
         throw kvRuntimeError(13, QStringLiteral("Typen unverträglich"));
     return *value;

@@ -40,11 +40,11 @@ public:
     //! After \a edited was validated: an end before the begin takes the time of \a edited.
     void KeepEndAfterBegin(QComboBox *edited);
 
-    //! Format(picker value, "d mmm yyyy") & " " & time text; the date alone for a null time.
+    //! kv::Format(picker value, "d mmm yyyy") & " " & time text; the date alone for a null time.
     static QString DateTimeText(const QDateEdit *picker, const QString &timeText);
     std::optional<kvDate> BeginDateTime() const;
     std::optional<kvDate> EndDateTime() const;
-    //! CDate() on the combined text; an unreadable text is error 13 "Typen unverträglich".
+    //! kv::CDate() on the combined text; an unreadable text is error 13 "Typen unverträglich".
     static kvDate ParsedDateTime(const QDateEdit *picker, const QString &timeText);
     bool EndBeforeBegin() const;
     static std::optional<int> MinutesOfDay(const std::optional<kvDate> &dateTime);

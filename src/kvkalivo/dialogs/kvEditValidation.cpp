@@ -67,7 +67,7 @@ bool kvEditValidation::ValidateTimeBox(QComboBox *box, const QString &message)
 {
     const QDateEdit *picker =
             box == m_editor.m_cboTimeBegin ? m_editor.m_dtPickerBegin : m_editor.m_dtPickerEnd;
-    if (!IsDate(kvEditTimes::DateTimeText(picker, box->currentText()))) {
+    if (!kv::IsDate(kvEditTimes::DateTimeText(picker, box->currentText()))) {
         kvPlatform::beep().Beep();
         ShowStatusMessage(message);
         RefuseLeaving(box);

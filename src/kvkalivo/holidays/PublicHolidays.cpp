@@ -130,7 +130,7 @@ QDate easterOfQtYear(int qtYear)
     const int year = astronomicalYearFromQt(qtYear);
     if (year < std::numeric_limits<qint16>::min() || year > std::numeric_limits<qint16>::max())
         return {};
-    return GetEasterSunday(qint16(year)).date();
+    return kv::GetEasterSunday(qint16(year)).date();
 }
 
 // The last Sunday on or before 24 December.
@@ -162,7 +162,7 @@ QString withoutTrailingBlanks(std::u16string_view padded)
 
 } // namespace
 
-kvDate GetEasterSunday(qint16 year)
+kvDate kv::GetEasterSunday(qint16 year)
 {
     // int arithmetic: s overflows 16 bits near the ends of the range, and any year gives a date.
     const int y = year;
@@ -174,7 +174,7 @@ kvDate GetEasterSunday(qint16 year)
     return d < 32 ? kvDate::DateSerial(qtYear, 3, d) : kvDate::DateSerial(qtYear, 4, d - 31);
 }
 
-QString GetPublicHolidayName(QDate date)
+QString kv::GetPublicHolidayName(QDate date)
 {
     if (!date.isValid())
         return {};
@@ -186,9 +186,9 @@ QString GetPublicHolidayName(QDate date)
     return {};
 }
 
-QString GetPublicHolidayName(const kvDate &date)
+QString kv::GetPublicHolidayName(const kvDate &date)
 {
     if (!date.isValid())
         return {};
-    return GetPublicHolidayName(date.dateOnly().date());
+    return kv::GetPublicHolidayName(date.dateOnly().date());
 }

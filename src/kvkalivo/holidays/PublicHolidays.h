@@ -11,6 +11,8 @@
     \brief The holiday calendar: German public and commemorative days.
 */
 
+namespace kv {
+
 /*!
     \brief Easter Sunday of \a year by a Gauss-type computation.
 
@@ -38,3 +40,5 @@ KVKALIVO_TESTS_EXPORT QString GetPublicHolidayName(const kvDate &date);
     An invalid \a date has no name.
 */
 KVKALIVO_TESTS_EXPORT QString GetPublicHolidayName(QDate date);
+
+} // namespace kv

@@ -9,7 +9,7 @@ long long floorDiv(long long value, long long divisor)
 
 } // namespace
 
-int GetCalendarWeek(const kvDate &date)
+int kv::GetCalendarWeek(const kvDate &date)
 {
     if (!date.isValid())
         return 0;
@@ -18,16 +18,16 @@ int GetCalendarWeek(const kvDate &date)
     const int w = firstOfYear.weekdayFromSunday();
     const long long week = floorDiv((w + 1) % 7 + date.daysSince(firstOfYear) - 3, 7) + 1;
     if (week == 0)
-        return GetCalendarWeek(firstOfYear.addDays(-1)); // 31 December of the previous year
+        return kv::GetCalendarWeek(firstOfYear.addDays(-1)); // 31 December of the previous year
     const kvDate lastOfYear = kvDate::fromDate(QDate(day.year(), 12, 31));
     if (week == 53 && (lastOfYear.weekdayFromSunday() - 1) % 7 <= 3)
         return 1;
     return int(week);
 }
 
-int GetCalendarWeek(QDate date)
+int kv::GetCalendarWeek(QDate date)
 {
     if (!date.isValid())
         return 0;
-    return GetCalendarWeek(kvDate::fromDate(date));
+    return kv::GetCalendarWeek(kvDate::fromDate(date));
 }

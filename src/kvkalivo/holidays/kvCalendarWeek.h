@@ -7,8 +7,10 @@
 
 /*!
     \file kvCalendarWeek.h
-    \brief GetCalendarWeek(): the calendar week of the status bar, the week column and the printout.
+    \brief kv::GetCalendarWeek(): the calendar week of the status bar, the week column and the printout.
 */
+
+namespace kv {
 
 /*!
     \brief The ISO 8601 calendar week of \a date: weeks start on Monday, and week 1
@@ -23,3 +25,5 @@ KVKALIVO_TESTS_EXPORT int GetCalendarWeek(const kvDate &date);
     The calendar week of \a date; 0 for an invalid QDate.
 */
 KVKALIVO_TESTS_EXPORT int GetCalendarWeek(QDate date);
+
+} // namespace kv

@@ -280,7 +280,7 @@ std::optional<kvDate> kvAppointmentStore::FirstDate(const kvSqlStatement &statem
     if (!next.isValid())
         return std::nullopt;
     // The round trip through "dd-mm-yyyy" drops the time of day: the searches return days.
-    return CDate(Format(kvField::ToDate(next), QStringLiteral("dd-mm-yyyy")));
+    return kv::CDate(kv::Format(kvField::ToDate(next), QStringLiteral("dd-mm-yyyy")));
 }
 
 //! \a column of the statement's first row; an invalid QVariant when there is no row.

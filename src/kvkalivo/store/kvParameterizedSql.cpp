@@ -18,7 +18,7 @@ QVariant kvParameterizedSql::BoundDate(const kvDate &date, int dialect, Engine e
 {
     if (engine == Engine::Other)
         return AtPrecision(date, dialect).toDateTime();
-    return Format(date, dialect == kvSqlTexts::MicrosoftSql ? QStringLiteral("yyyy-mm-dd hh:nn:ss")
+    return kv::Format(date, dialect == kvSqlTexts::MicrosoftSql ? QStringLiteral("yyyy-mm-dd hh:nn:ss")
                                                             : QStringLiteral("yyyy-mm-dd hh:nn"));
 }
 

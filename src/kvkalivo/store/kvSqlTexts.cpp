@@ -6,7 +6,7 @@ namespace {
 
 QString format(const kvDate &date, const char *pattern)
 {
-    return Format(date, QString::fromLatin1(pattern));
+    return kv::Format(date, QString::fromLatin1(pattern));
 }
 
 } // namespace
