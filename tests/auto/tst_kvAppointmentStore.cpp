@@ -352,7 +352,7 @@ private slots:
         QCOMPARE(f.store.FindPreviousAppointment(at(2004, 3, 19)), std::optional<kvDate>(at(2004, 3, 16)));
     }
 
-    //! BeginDayLoads bounds DateBegin from below: the grid's days show exactly the rows they show without it.
+    //! The grid's days show exactly the rows they show with their own queries.
     void dayLoadFloorFindsTheSameRows_data() { everyEngineAndMode(); }
     void dayLoadFloorFindsTheSameRows()
     {
@@ -370,12 +370,11 @@ private slots:
         const QStringList unbounded = dayRows(f.store, first, 43);
         QCOMPARE(unbounded.constFirst(), QStringLiteral("Elternzeit <--, bis Mitternacht <--, über Mitternacht <--, ganztägig "));
         f.trace.clear();
-        f.store.BeginDayLoads(first);
+        f.store.BeginDayLoads(first, 42);
         QCOMPARE(dayRows(f.store, first, 43), unbounded);
-        QCOMPARE(f.trace.size(), parameterized ? 44 : 43);   // the plain texts stay as they are
         QCOMPARE(f.sent(QStringLiteral("SELECT Termine.* From Termine Where (Termine.DateBegin >= ?) And (Termine.DateBe")),
-                 parameterized ? 43 : 0);
-        // A day before the floor's first day, and any day after EndDayLoads, runs unbounded.
+                 parameterized ? 1 : 0);
+        // A day before or after the grid, and any day after EndDayLoads, runs its own query.
         QCOMPARE(f.load(at(2026, 10, 25))->EntriesCount(), 4);
         f.store.EndDayLoads();
         QCOMPARE(dayRows(f.store, first, 1), unbounded.mid(0, 1));
@@ -385,7 +384,65 @@ private slots:
         const QString sent = (parameterized ? QStringLiteral("Prepare\t") : QStringLiteral("Query\t")) + f.trace.constLast();
         if (engine == QStringLiteral("MariaDB"))
             QVERIFY(log.open(QIODevice::ReadOnly) && log.readAll().contains(sent.toUtf8()));
-        QCOMPARE(f.sent(QStringLiteral("SELECT Termine.* From Termine Where ((")), parameterized ? 2 : 45);
+        QCOMPARE(f.sent(QStringLiteral("SELECT Termine.* From Termine Where ((")), parameterized ? 3 : 45);
+        QVERIFY(f.reports.isEmpty());
+    }
+
+    /*!
+        Rows written between two grids by another connection, or by the host on the store's own,
+        are found however long before the grid they begin, and leave it when shortened.
+    */
+    void otherWritersReachIntoTheGrid_data()
+    {
+        columns();
+        QTest::addColumn<bool>("sameConnection");
+        for (const char *engine : {"SQLite", "MariaDB"}) {
+            for (bool parameterized : {false, true}) {
+                QTest::addRow("%s/%s/another connection", engine, parameterized ? "ParameterizedSql" : "legacy")
+                    << QString::fromLatin1(engine) << parameterized << false;
+            }
+            QTest::addRow("%s/ParameterizedSql/the host's connection", engine) << QString::fromLatin1(engine) << true << true;
+        }
+    }
+    void otherWritersReachIntoTheGrid()
+    {
+        QFETCH(bool, sameConnection);
+        Fixture f;
+        setUp(f);
+        kvConnection other;
+        if (!sameConnection)
+            other.Open(f.connection->ConnectionString());
+        kvConnection &writer = sameConnection ? *f.connection : other;
+        const kvDate first = at(2026, 10, 26);
+        const auto grid = [&f, &first] {
+            f.store.BeginDayLoads(first, 42);
+            const QStringList rows = dayRows(f.store, first, 42);
+            f.store.EndDayLoads();
+            return rows;
+        };
+        f.insert(at(2026, 11, 10, 9), at(2026, 11, 10, 10), QStringLiteral("kurz"));
+        QCOMPARE(grid().constFirst(), QString());
+
+        writer.Execute(QStringLiteral("INSERT INTO Termine (DateBegin, DateEnd, Name) VALUES (?, ?, ?)"),
+                       {QVariant::fromValue(at(2019, 3, 1, 9)), QVariant::fromValue(at(2026, 11, 3, 17)),
+                        QStringLiteral("Sabbatjahr")});
+        QStringList rows = grid();
+        QCOMPARE(rows, dayRows(f.store, first, 42));   // as each day's own query finds them
+        QCOMPARE(rows.constFirst(), QStringLiteral("Sabbatjahr <--"));
+        QCOMPARE(rows.at(8), QStringLiteral("Sabbatjahr <--"));
+        QCOMPARE(rows.at(9), QString());
+
+        writer.Execute(QStringLiteral("UPDATE Termine SET DateEnd = ? WHERE Name = ?"),
+                       {QVariant::fromValue(at(2026, 10, 25, 12)), QStringLiteral("Sabbatjahr")});
+        rows = grid();
+        QCOMPARE(rows, dayRows(f.store, first, 42));
+        QCOMPARE(rows.filter(QStringLiteral("Sabbatjahr")), QStringList());
+        QCOMPARE(rows.at(15), QStringLiteral("kurz 09:00"));
+
+        f.store.InsertAppointment(at(2010, 1, 1), at(2026, 10, 27, 12), QStringLiteral("Elternzeit"), {}, {}, 0);
+        rows = grid();
+        QCOMPARE(rows, dayRows(f.store, first, 42));
+        QCOMPARE(rows.mid(0, 3), QStringList({"Elternzeit <--", "Elternzeit <--", ""}));
         QVERIFY(f.reports.isEmpty());
     }
 

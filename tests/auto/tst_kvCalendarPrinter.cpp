@@ -242,10 +242,23 @@ private slots:
         QVERIFY(!QFileInfo::exists(cancelled.FilePath()));
     }
 
+    void sqliteAppointmentsThroughTheStore_data()
+    {
+        QTest::addColumn<bool>("parameterized");
+        QTest::addColumn<int>("queries");   // per page
+        QTest::newRow("legacy: one query a day") << false << 7;
+        QTest::newRow("ParameterizedSql: one query a page") << true << 1;
+    }
     void sqliteAppointmentsThroughTheStore()
     {
+        QFETCH(bool, parameterized);
+        QFETCH(int, queries);
         kvConnection connection;
-        connection.Open(u"Driver=SQLite3;Database="_s + m_folder.filePath(u"termine.db"_s));
+        int sent = 0;
+        QObject::connect(&connection, &kvConnection::StatementExecuted, [&sent](const QString &sql) {
+            sent += sql.startsWith(u"SELECT Termine.* From"_s);
+        });
+        connection.Open(u"Driver=SQLite3;Database="_s + m_folder.filePath(u"termine%1.db"_s.arg(parameterized)));
         kvAppointmentTable::Create(connection, u"Termine"_s);
         const auto insert = [&connection](const kvDate &begin, const kvDate &end, const QString &name) {
             connection.Execute(u"INSERT INTO Termine (DateBegin, DateEnd, Name) VALUES (?, ?, ?)"_s,
@@ -258,6 +271,7 @@ private slots:
 
         kvAppointmentStore store;
         store.setRecordSource(u"Termine"_s);
+        store.setParameterizedSql(parameterized);
         QVERIFY(store.SetConnection(&connection).has_value());
         kvCalendarPrinter::Job job{at(2026, 11, 25), kvCalendarPrinter::Week, u"SQLite"_s};
         job.PublicHoliday = false;
@@ -271,6 +285,7 @@ private slots:
         QVERIFY(!text.contains(u"Advent"_s)); // 29 November, but no holidays were asked for
         QVERIFY(!text.contains(u"Nächste Woche"_s));
         QCOMPARE(dateLabels(text), expectedLabels(at(2026, 11, 23), 7));
+        QCOMPARE(sent, queries);
 
         // A failing per-day query ("12-" step) is thrown and nothing is printed.
         connection.Execute(u"DROP TABLE Termine"_s);

@@ -360,7 +360,7 @@ private Q_SLOTS:
         QCOMPARE(name, editorName);
         QCOMPARE(m_services->messageBox().LastCall().prompt, question);
         QCOMPARE(calendar.writes(), 0);
-        QCOMPARE(calendar.dayLoads(), 0);
+        QCOMPARE(calendar.gridLoads(), 0);
         QCOMPARE(calendar.focusedCell()->FocusEntryIndex(), selected);
         m_services->runner.Clear();
     }
@@ -477,7 +477,7 @@ private Q_SLOTS:
         calendar.add(at(18, 16), at(18, 17), QStringLiteral("Friseur"));
         calendar.control.Refresh();
         calendar.rightClickRow(18, 1);
-        const int loads = calendar.dayLoads();
+        const int loads = calendar.gridLoads();
         m_services->messageBox().EnqueueAnswer(answer);
         calendar.chooseMenuItem(2);
         QCOMPARE(m_services->messageBox().LastCall().prompt, prompt);
@@ -485,7 +485,7 @@ private Q_SLOTS:
         QCOMPARE(calendar.names().size(), rowsLeft);
         QCOMPARE(calendar.names().constLast(), QStringLiteral("Friseur"));
         QCOMPARE(calendar.cell(18)->EntriesCount(), rowsLeft);
-        QCOMPARE(calendar.dayLoads() > loads, rowsLeft == 1);
+        QCOMPARE(calendar.gridLoads() > loads, rowsLeft == 1);
     }
 
     // With RaiseEditEvent the host edits instead of the editor; "Löschen..." still asks.
@@ -506,13 +506,13 @@ private Q_SLOTS:
                              bCancel = cancel;
                          });
         calendar.statements.clear();
-        int loads = calendar.dayLoads();
+        int loads = calendar.gridLoads();
         calendar.control.findChild<QAction *>(QStringLiteral("New"))->trigger();
-        QCOMPARE(calendar.dayLoads() - loads, 7); // not cancelled: reloaded
+        QCOMPARE(calendar.gridLoads() - loads, 1); // not cancelled: reloaded
         cancel = true;
-        loads = calendar.dayLoads();
+        loads = calendar.gridLoads();
         calendar.doubleClickRow(18, 1);
-        QCOMPARE(calendar.dayLoads(), loads); // cancelled: no reload
+        QCOMPARE(calendar.gridLoads(), loads); // cancelled: no reload
         QCOMPARE(seen, (QStringList{"1 0 22.11. 00:00 22.11. 00:00 ", "3 1 18.11. 14:30 18.11. 15:00 Zahnarzt"}));
         QCOMPARE(m_services->runner.ExecCount(), 0);
         QCOMPARE(calendar.writes(), 0);

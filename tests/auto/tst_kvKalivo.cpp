@@ -590,7 +590,7 @@ private slots:
         calendar.statements.clear();
         calendar.press("Forward");
         QCOMPARE(calendar.firstDay(), QDate(2026, 11, 23));
-        QCOMPARE(calendar.dayLoads(), 7);
+        QCOMPARE(calendar.gridLoads(), 1);
         calendar.press("Month");
         QCOMPARE(calendar.control.View(), kvKalivo::kvMonth);
         QCOMPARE(kvKalivoTestAccess::DayCellCount(calendar.control), 42);
@@ -623,7 +623,7 @@ private slots:
         calendar.statements.clear();
         calendar.press("Today");
         QCOMPARE(calendar.firstDay(), QDate(2026, 11, 16));
-        QCOMPARE(calendar.dayLoads(), 7);
+        QCOMPARE(calendar.gridLoads(), 1);
         QCOMPARE(calendar.status()->text(), QStringLiteral("3. KW")); // still the setter's last word
         QCOMPARE(calendar.control.findChild<QDateEdit *>(QStringLiteral("DTPicker1"))->date(), fixedToday);
     }

@@ -89,8 +89,8 @@ struct kvTestCalendar
         control.findChild<QAction *>(QStringLiteral("KontextDay%1").arg(index))->trigger();
     }
 
-    //! How many day loads (the per-day query) the control sent.
-    int dayLoads() const
+    //! How many grid loads (the one query of a grid's days) the control sent.
+    int gridLoads() const
     {
         const QString dayOrder = QStringLiteral("ORDER BY %1.DateBegin").arg(table);
         return int(std::count_if(statements.cbegin(), statements.cend(), [&dayOrder](const QString &sql) {

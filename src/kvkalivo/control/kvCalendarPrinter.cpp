@@ -15,6 +15,9 @@
 #include <QPagedPaintDevice>
 #include <QPainter>
 
+#include <memory>
+#include <optional>
+
 namespace {
 
 constexpr int InvalidProcedureCall = 5;
@@ -100,7 +103,17 @@ QString kvCalendarPrinter::MonthCaption(const kvDate &date, const kvDate &first,
 
 kvCalendarPrinter::DayLoader kvCalendarPrinter::StoreLoader(kvAppointmentStore &store, uint backColor)
 {
-    return [&store, backColor](const kvDate &day, ctlDay &cell) {
+    // A page asks for its days in order: a day not after the last one asked for begins the
+    // next page's grid loads. The last copy of the loader ends them.
+    auto lastDay = std::shared_ptr<std::optional<kvDate>>(new std::optional<kvDate>, [&store](auto *day) {
+        if (day->has_value())
+            store.EndDayLoads();
+        delete day;
+    });
+    return [&store, backColor, lastDay](const kvDate &day, ctlDay &cell) {
+        if (!lastDay->has_value() || !(**lastDay < day))
+            store.BeginDayLoads(day, MaxDayCount);
+        *lastDay = day;
         const QString failure = store.LoadDayAppointments(day, kvDayCellFiller(cell, backColor));
         if (!failure.isEmpty())
             throw kvRuntimeError(kvPrinterService::PrinterErrorNumber, failure);

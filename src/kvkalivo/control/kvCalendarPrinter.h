@@ -26,7 +26,7 @@ class kvAppointmentStore;
 
     The days are those of the grid: the week is Monday .. Sunday of the date, the
     month 42 days from the Monday on or before the 1st. Each day is loaded into an offscreen
-    ctlDay by the job's day loader, the same per-day query the grid runs; its rows give the
+    ctlDay by the job's day loader, with the same queries the grid runs; its rows give the
     appointment lines. Every failure throws kvRuntimeError (the control reports code 300):
     the loader's own kvRuntimeError unchanged, any other exception as 482 with its text.
 
@@ -45,6 +45,8 @@ public:
     //! The kvView values.
     static constexpr int Week = 1;   //!< kvKalivo::kvWeek: one week, Monday to Sunday
     static constexpr int Month = 2;  //!< kvKalivo::kvMonth: 42 days around the month
+    //! The days of the longest page, the month.
+    static constexpr int MaxDayCount = 42;
 
     //! What to print.
     struct Job
@@ -87,6 +89,8 @@ public:
     /*!
         A day loader running \a store's LoadDayAppointments (rows in \a backColor); the
         failure text it returns ("12-" step CR LF description) is thrown as kvRuntimeError 482.
+        Each page's first day begins the store's grid loads for the page (one query for the
+        page, as the grid runs it); the last copy of the loader ends them.
     */
     static DayLoader StoreLoader(kvAppointmentStore &store, uint backColor = 0xFFFFFFu);
 

@@ -264,7 +264,7 @@ void kvDayGrid::FillGridStages(qint16 &step, QString &pendingCode)
     m_weekColumn->setSectionheight(m_geometry.cellHeight());
     stage(5);
     if (runMode)
-        d.store->BeginDayLoads(first);
+        d.store->BeginDayLoads(first, cellCount);
     const auto endDayLoads = qScopeGuard([this] { d.store->EndDayLoads(); });
     // Design mode: empty cells, no dates, no appointments.
     for (int index = 1; runMode && index <= cellCount; ++index)

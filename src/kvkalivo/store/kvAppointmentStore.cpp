@@ -14,6 +14,7 @@
 #include "kvRuntimeError.h"
 #include "kvSqlTexts.h"
 
+#include <cmath>
 #include <utility>
 
 namespace {
@@ -53,6 +54,11 @@ bool currentFailureIsUnavailable()
     }
 }
 
+double durationInDays(const kvDate &begin, const kvDate &end)
+{
+    return (end.toDateTime().toMSecsSinceEpoch() - begin.toDateTime().toMSecsSinceEpoch()) / 86400000.0;
+}
+
 } // namespace
 
 kvAppointmentStore::kvAppointmentStore(QObject *parent) : QObject(parent) {}
@@ -64,6 +70,7 @@ std::optional<int> kvAppointmentStore::SetConnection(kvConnection *connection)
     m_connection = connection;
     m_batch = DayLoadBatch{};
     m_columnsProbed = false;
+    m_longest.reset();
     m_dialect = ChooseDialect(connection);
     if (!connection)
         return std::nullopt;
@@ -142,6 +149,14 @@ QString kvAppointmentStore::LoadDayAppointments(const kvDate &day, const kvDayRo
     if (m_batch.abandoned)
         return std::exchange(m_batch.failure, QString());   // reported once, by the first day
     int step = 1;
+    if (m_batch.rows && m_batch.rows->Covers(day)) {
+        try {
+            HandOverGridRows(day, rows, step);
+        } catch (...) {
+            return DayLoadFailure(step);
+        }
+        return QString();
+    }
     try {
         RequireColumns();
         step = 2; // the date literals cannot fail; the text can (a refused table name)
@@ -157,7 +172,7 @@ QString kvAppointmentStore::LoadDayAppointments(const kvDate &day, const kvDayRo
         recordset.Open(command, adOpenForwardOnly, adLockUnspecified, adCmdUnspecified);
         step = 5;
         while (!recordset.EOF()) {
-            HandOverRow(recordset.Fields(), day, rows, step);
+            HandOver(ReadRow(recordset.Fields(), step), day, rows, step);
             recordset.MoveNext();
         }
         step = 10;
@@ -177,7 +192,7 @@ QString kvAppointmentStore::DayLoadFailure(int step)
         .arg(kvErrorReporting::DescribeCurrentException());
 }
 
-void kvAppointmentStore::BeginDayLoads(const kvDate &firstDay)
+void kvAppointmentStore::BeginDayLoads(const kvDate &firstDay, int dayCount)
 {
     m_batch = DayLoadBatch{};
     if (!CanQuery())
@@ -186,23 +201,108 @@ void kvAppointmentStore::BeginDayLoads(const kvDate &firstDay)
     int step = 1;
     try {
         RequireColumns();
-        if (!m_parameterizedSql)
-            return;
-        step = 4;
-        const QVariant earliest = FirstValue(
-            kvParameterizedSql::EarliestOverlapQuery(TableName(), firstDay, m_dialect, Engine()),
-            "EarliestBegin");
-        kvDate floor = firstDay;
-        if (!kvFieldConversion::IsNull(earliest))
-            floor = std::min(floor, kvField::ToDate(earliest));
-        m_batch.floor = DayLoadFloor{firstDay, floor};
+        if (m_parameterizedSql)
+            LoadGridRows(firstDay, dayCount, step);
     } catch (...) {
+        m_batch.rows.reset();
         // Busy or gone: the day loads would each wait for the same; the first reports this.
-        // Anything else: the floor is only a shortcut, the day loads report their own failures.
+        // Anything else: the day loads run their own queries and report their own failures.
         if (currentFailureIsUnavailable()) {
             m_batch.abandoned = true;
             m_batch.failure = DayLoadFailure(step);
         }
+    }
+}
+
+void kvAppointmentStore::LoadGridRows(const kvDate &firstDay, int dayCount, int &step)
+{
+    step = 4;
+    const kvSqlStatement statement = kvParameterizedSql::GridQuery(
+        TableName(), firstDay, firstDay.addDays(dayCount), GridFloor(firstDay), m_dialect, Engine());
+    kvCommand command;
+    command.setActiveConnection(m_connection.data());
+    command.setCommandType(adCmdText);
+    command.setCommandText(statement.Text);
+    command.Parameters() = statement.Values;
+    kvRecordset recordset;
+    recordset.Open(command, adOpenForwardOnly, adLockUnspecified, adCmdUnspecified);
+    m_batch.rows.emplace(firstDay, dayCount);
+    step = 5;
+    while (!recordset.EOF()) {
+        const kvFields &fields = recordset.Fields();
+        m_batch.rows->Append({ReadRow(fields, step), value(fields, "DateBegin"), value(fields, "DateEnd")});
+        step = 5;
+        recordset.MoveNext();
+    }
+    recordset.Close();
+}
+
+void kvAppointmentStore::HandOverGridRows(const kvDate &day, const kvDayRowSink &rows, int &step) const
+{
+    step = 2;
+    const kvParameterizedSql::Engine engine = Engine();
+    const QVariant dayStart = kvParameterizedSql::BoundDate(day, m_dialect, engine);
+    const QVariant nextDay = kvParameterizedSql::BoundDate(day.addDays(1), m_dialect, engine);
+    step = 5;
+    for (const kvGridRows::Row *row : m_batch.rows->RowsOf(dayStart, nextDay)) {
+        step = 8;
+        HandOver(row->appointment, day, rows, step);
+    }
+}
+
+kvDate kvAppointmentStore::GridFloor(const kvDate &firstDay)
+{
+    if (Engine() != kvParameterizedSql::Engine::SQLite)
+        return SearchedFloor(firstDay);
+    const QVariantList marker = ChangeMarker();
+    if (!m_longest || m_longest->marker != marker) {
+        const QVariantList longest = FirstValues(kvParameterizedSql::LongestDurationQuery(TableName()),
+                                                 {"Longest", "Unreadable"});
+        m_longest = LongestDuration{marker, std::nullopt, longest.value(1).toInt() != 0};
+        if (!kvFieldConversion::IsNull(longest.value(0)))
+            m_longest->days = longest.value(0).toDouble();
+    }
+    if (m_longest->unreadable)
+        return SearchedFloor(firstDay);
+    if (!m_longest->days)
+        return firstDay;
+    // A day more than the longest duration: the bound stays below the first day's minute.
+    return firstDay.addDays(-qint64(std::ceil(std::max(0.0, *m_longest->days))) - 1);
+}
+
+kvDate kvAppointmentStore::SearchedFloor(const kvDate &firstDay)
+{
+    const QVariant earliest = FirstValue(
+        kvParameterizedSql::EarliestOverlapQuery(TableName(), firstDay, m_dialect, Engine()), "EarliestBegin");
+    if (kvFieldConversion::IsNull(earliest))
+        return firstDay;
+    return std::min(firstDay, kvField::ToDate(earliest));
+}
+
+QVariantList kvAppointmentStore::ChangeMarker()
+{
+    return FirstValues(kvParameterizedSql::ChangeMarkerQuery(), {"Changes", "Version"});
+}
+
+/*!
+    After the store's own write of an appointment lasting \a days (0 for a delete):
+    when that write is the only one since the longest duration was read, the duration covers
+    it and the marker moves on; after anyone else's write the next grid reads it again.
+*/
+void kvAppointmentStore::WidenLongestDuration(double days)
+{
+    if (!m_longest || !m_parameterizedSql || Engine() != kvParameterizedSql::Engine::SQLite)
+        return;
+    try {
+        const QVariantList marker = ChangeMarker();
+        const bool onlyThisWrite = marker.value(1) == m_longest->marker.value(1)
+                                   && marker.value(0).toLongLong() == m_longest->marker.value(0).toLongLong() + 1;
+        if (!onlyThisWrite)
+            return;
+        m_longest->days = std::max(m_longest->days.value_or(days), days);
+        m_longest->marker = marker;
+    } catch (...) {
+        // The marker stays behind: the next grid reads the longest duration again.
     }
 }
 
@@ -213,15 +313,12 @@ void kvAppointmentStore::EndDayLoads()
 
 kvSqlStatement kvAppointmentStore::DayStatement(const kvDate &day) const
 {
-    if (m_parameterizedSql && m_batch.floor && !(day < m_batch.floor->from))
-        return kvParameterizedSql::DayQuery(TableName(), day, m_batch.floor->floor, m_dialect, Engine());
     if (m_parameterizedSql)
         return kvParameterizedSql::DayQuery(TableName(), day, m_dialect, Engine());
     return {kvSqlTexts::DayQuery(m_recordSource, day, m_dialect), {}};
 }
 
-void kvAppointmentStore::HandOverRow(const kvFields &fields, const kvDate &day,
-                                     const kvDayRowSink &rows, int &step) const
+kvAppointmentValues kvAppointmentStore::ReadRow(const kvFields &fields, int &step) const
 {
     kvAppointmentValues appointment;
     if (m_columns.ImageID) {
@@ -242,6 +339,12 @@ void kvAppointmentStore::HandOverRow(const kvFields &fields, const kvDate &day,
     appointment.DateID = kvFieldConversion::ToLong(value(fields, "DateID"));
     appointment.DateEnd = kvField::ToDate(value(fields, "DateEnd"));
     appointment.Name = kvFieldConversion::ToText(value(fields, "Name"));
+    return appointment;
+}
+
+void kvAppointmentStore::HandOver(const kvAppointmentValues &appointment, const kvDate &day,
+                                  const kvDayRowSink &rows, int &step)
+{
     rows.AddAppointment(appointment);
     step = 9;
     if (day > appointment.DateBegin)
@@ -286,6 +389,12 @@ std::optional<kvDate> kvAppointmentStore::FirstDate(const kvSqlStatement &statem
 //! \a column of the statement's first row; an invalid QVariant when there is no row.
 QVariant kvAppointmentStore::FirstValue(const kvSqlStatement &statement, const char *column)
 {
+    return FirstValues(statement, {column}).value(0);
+}
+
+//! \a columns of the statement's first row; empty when there is no row.
+QVariantList kvAppointmentStore::FirstValues(const kvSqlStatement &statement, const QList<const char *> &columns)
+{
     kvCommand command;
     command.setActiveConnection(m_connection.data());
     command.setCommandType(adCmdText);
@@ -293,9 +402,11 @@ QVariant kvAppointmentStore::FirstValue(const kvSqlStatement &statement, const c
     command.Parameters() = statement.Values;
     kvRecordset recordset;
     recordset.Open(command, adOpenForwardOnly, adLockUnspecified, adCmdText);
-    QVariant found;
-    if (!recordset.EOF())
-        found = value(recordset.Fields(), column);
+    QVariantList found;
+    for (const char *column : columns) {
+        if (!recordset.EOF())
+            found << value(recordset.Fields(), column);
+    }
     recordset.Close();
     return found;
 }
@@ -306,6 +417,7 @@ void kvAppointmentStore::InsertAppointment(const kvDate &DateBegin, const kvDate
 {
     try {
         WriteRecord({0, DateBegin, DateEnd, Name, Remark, Document, ImageID});
+        WidenLongestDuration(durationInDays(DateBegin, DateEnd));
     } catch (...) {
         Report(InsertFailureCode);
     }
@@ -346,6 +458,7 @@ void kvAppointmentStore::UpdateAppointment(qint32 DateID, const kvDate &DateBegi
             Execute(kvParameterizedSql::UpdateStatement(TableName(), m_dialect, values, m_columns));
         else
             Execute({kvSqlTexts::UpdateStatement(m_recordSource, m_dialect, values, m_columns), {}});
+        WidenLongestDuration(durationInDays(DateBegin, DateEnd));
     } catch (...) {
         Report(UpdateFailureCode);
     }
@@ -360,6 +473,7 @@ void kvAppointmentStore::DeleteAppointment(qint32 DateID)
             Execute(kvParameterizedSql::DeleteStatement(TableName(), DateID));
         else
             Execute({kvSqlTexts::DeleteStatement(m_recordSource, DateID), {}});
+        WidenLongestDuration(0);
     } catch (...) {
         Report(DeleteFailureCode);
     }

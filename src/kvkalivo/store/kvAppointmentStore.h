@@ -3,6 +3,7 @@
 #include "kvAppointmentValues.h"
 #include "kvDate.h"
 #include "kvDayRowSink.h"
+#include "kvGridRows.h"
 #include "kvOptionalColumns.h"
 #include "kvParameterizedSql.h"
 #include "kvSqlStatement.h"
@@ -94,15 +95,24 @@ public:
     */
     QString LoadDayAppointments(const kvDate &day, const kvDayRowSink &rows);
     /*!
-        The LoadDayAppointments calls until EndDayLoads() fill one grid from \a firstDay on.
-        With ParameterizedSql they use a narrow range of the DateBegin index, bounded by one
-        query for the earliest appointment that reaches into \a firstDay: a grid loads 42 days
-        with one scan of the table instead of 42 (when that query is refused, they run
-        unbounded). When the database is busy or gone (kvDatabaseError::isUnavailable()),
-        the first failing query ends the grid's loading: that day reports it, the later days
-        return empty text without a query, so the grid waits once, not once per day.
+        The LoadDayAppointments calls until EndDayLoads() fill one grid of \a dayCount days from
+        \a firstDay on. With ParameterizedSql one grid query reads all their rows at once, and
+        each of these days receives from it exactly the rows, order and continuation marks its
+        own query gives; other days still run their own query. The grid query reads the
+        DateBegin index from a floor before \a firstDay below which no appointment reaching into
+        the grid can begin:
+        - SQLite: \a firstDay less the longest duration in the table (one full read per
+          connection). Before each grid a cheap marker (this connection's total_changes and the
+          file's data_version) tells whether anyone wrote since; then the longest duration is read
+          again, unless the only write was the store's own insert or update, which widens it.
+          Rows whose dates are no date text have no duration: then the floor is searched for.
+        - other engines: the earliest DateBegin of the appointments that reach into \a firstDay,
+          searched for before each grid.
+        When the grid query fails the days run their own queries, except when the database is
+        busy or gone (kvDatabaseError::isUnavailable()): then the first day reports the failure
+        and the later days return empty text without a query, so the grid waits once.
     */
-    void BeginDayLoads(const kvDate &firstDay);
+    void BeginDayLoads(const kvDate &firstDay, int dayCount);
     void EndDayLoads();
     //! The day (without time) of the first appointment from the day after \a lastDisplayedDay.
     std::optional<kvDate> FindNextAppointment(const kvDate &lastDisplayedDay);
@@ -134,9 +144,18 @@ private:
     QString TableSource() const;
 
     kvSqlStatement DayStatement(const kvDate &day) const;
-    void HandOverRow(const kvFields &fields, const kvDate &day, const kvDayRowSink &rows, int &step) const;
+    kvAppointmentValues ReadRow(const kvFields &fields, int &step) const;
+    static void HandOver(const kvAppointmentValues &appointment, const kvDate &day, const kvDayRowSink &rows,
+                         int &step);
+    void LoadGridRows(const kvDate &firstDay, int dayCount, int &step);
+    void HandOverGridRows(const kvDate &day, const kvDayRowSink &rows, int &step) const;
+    kvDate GridFloor(const kvDate &firstDay);
+    kvDate SearchedFloor(const kvDate &firstDay);
+    QVariantList ChangeMarker();
+    void WidenLongestDuration(double days);
     std::optional<kvDate> FirstDate(const kvSqlStatement &statement);
     QVariant FirstValue(const kvSqlStatement &statement, const char *column);
+    QVariantList FirstValues(const kvSqlStatement &statement, const QList<const char *> &columns);
     void Execute(const kvSqlStatement &statement);
     void WriteRecord(const kvAppointmentValues &values);
     void Report(int code) const;
@@ -149,17 +168,19 @@ private:
     bool m_parameterizedSql = false;
     //! Whether the optional columns are known for this connection (the last probe succeeded).
     bool m_columnsProbed = false;
-    //! From which day on DateBegin is known to be at least \c floor.
-    struct DayLoadFloor
+    //! SQLite: the longest duration in the table as of the change marker \c marker.
+    struct LongestDuration
     {
-        kvDate from;
-        kvDate floor;
+        QVariantList marker;
+        std::optional<double> days;   // none: no row has both dates
+        bool unreadable = false;      // a row's date is no date text
     };
+    std::optional<LongestDuration> m_longest;
     //! The loading of one grid, between BeginDayLoads and EndDayLoads.
     struct DayLoadBatch
     {
         bool active = false;
-        std::optional<DayLoadFloor> floor;
+        std::optional<kvGridRows> rows;
         bool abandoned = false;   // busy or gone: no more queries
         QString failure;          // what the next day load reports, once
     };

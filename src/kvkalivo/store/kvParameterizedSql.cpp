@@ -71,6 +71,32 @@ kvSqlStatement kvParameterizedSql::EarliestOverlapQuery(const kvTableName &table
     return {text, {boundary, boundary}};
 }
 
+kvSqlStatement kvParameterizedSql::GridQuery(const kvTableName &table, const kvDate &first, const kvDate &end,
+                                             const kvDate &beginFloor, int dialect, Engine engine)
+{
+    // A day query's row begins before the next day, and either ends on the day or later, or
+    // begins on it: before the grid's end, and from its first day on, or ending then or later.
+    const QVariant start = BoundDate(first, dialect, engine);
+    const QString text = QStringLiteral("SELECT %1.* From %2 Where (%1.DateBegin >= ?) And (%1.DateBegin < ?) "
+                                        "And ((%1.DateBegin >= ?) Or (%1.DateEnd >= ?)) ORDER BY %1.DateBegin")
+                             .arg(table.Table(), table.Qualified());
+    return {text, {BoundDate(beginFloor, dialect, engine), BoundDate(end, dialect, engine), start, start}};
+}
+
+kvSqlStatement kvParameterizedSql::LongestDurationQuery(const kvTableName &table)
+{
+    return {QStringLiteral("SELECT MAX(julianday(%1.DateEnd) - julianday(%1.DateBegin)) AS Longest, "
+                           "MAX(%1.DateBegin IS NOT NULL AND %1.DateEnd IS NOT NULL AND (typeof(%1.DateBegin) <> 'text' "
+                           "OR julianday(%1.DateBegin) IS NULL OR julianday(%1.DateEnd) IS NULL)) AS Unreadable From %2")
+                .arg(table.Table(), table.Qualified()),
+            {}};
+}
+
+kvSqlStatement kvParameterizedSql::ChangeMarkerQuery()
+{
+    return {QStringLiteral("SELECT total_changes() AS Changes, (SELECT data_version FROM pragma_data_version) AS Version"), {}};
+}
+
 kvSqlStatement kvParameterizedSql::NextQuery(const kvTableName &table, const kvDate &lastDisplayedDay,
                                              int dialect, Engine engine)
 {

@@ -54,6 +54,24 @@ public:
     */
     static kvSqlStatement EarliestOverlapQuery(const kvTableName &table, const kvDate &from, int dialect,
                                                Engine engine);
+    /*!
+        Every row that a DayQuery of a day from \a first to before \a end returns, in DateBegin
+        order, found through the DateBegin index from \a beginFloor on: no appointment that
+        began before \a first and lasts until \a first or later begins before \a beginFloor.
+    */
+    static kvSqlStatement GridQuery(const kvTableName &table, const kvDate &first, const kvDate &end,
+                                    const kvDate &beginFloor, int dialect, Engine engine);
+    /*!
+        SQLite: the longest DateEnd - DateBegin in days ("Longest", NULL for none), and whether
+        any row holds a date that is no date text ("Unreadable" 1): such a row compares by its
+        storage class, not its time, and no duration bounds it.
+    */
+    static kvSqlStatement LongestDurationQuery(const kvTableName &table);
+    /*!
+        SQLite: "Changes" and "Version" change whenever anything is written to the database,
+        through this connection (total_changes) or another one (data_version).
+    */
+    static kvSqlStatement ChangeMarkerQuery();
     static kvSqlStatement NextQuery(const kvTableName &table, const kvDate &lastDisplayedDay,
                                     int dialect, Engine engine);
     static kvSqlStatement PreviousQuery(const kvTableName &table, const kvDate &firstDisplayedDay,
