@@ -3,7 +3,7 @@
 // Fills an SQLite table made by kvAppointmentTable::Create with 2,000 (the two visible months
 // alone), 10,000, 100,000 and 1,000,000 rows and measures, as medians and 95th percentiles over
 // many runs, a kvKalivo control shown at 1280 x 800 with ParameterizedSql on:
-//   - month view, toolbar "Forward" (AutoRefresh: re-layout, 42 per-day queries, fill), then a
+//   - month view, toolbar "Forward" (AutoRefresh: re-layout, the grid query, fill), then a
 //     paint of the whole control into a QImage; the sum and both parts are printed,
 //   - re-layout on resize in month view (alternating 1280 x 800 and 1279 x 799), with and
 //     without the paint,
@@ -18,14 +18,14 @@
 // the stored amount changes. Dates are stored as the data layer writes them on SQLite, the
 // text "yyyy-MM-dd hh:mm:ss", inserted with one prepared statement in one transaction.
 //
-// Where a figure needs explaining, the breakdown lines give the store's queries alone (the
-// floor of kvAppointmentStore::BeginDayLoads and the 42 day queries, through kvCommand/kvRecordset
-// as the store sends them, and as raw QSqlQuery, timed in the same loop as the Forward), the
-// Forward minus those queries (layout and filling the cells), a "Forward" of a control without
-// a connection (layout and empty cells) and SQLite's query plan. Three "what-if" lines time
-// other SQL for the same grid (not what the control sends): the day queries without the floor
-// (as the store sent them before BeginDayLoads), with "ORDER BY +DateBegin", and one query for
-// the whole grid with DateBegin bounded below by a longest duration.
+// Beside each Forward the same run measures the floor of the work: the one grid query through a
+// plain QSqlQuery plus painting the empty control, and prints the ratio Forward + paint / floor.
+// Where a figure needs explaining, the breakdown lines give the store's queries alone (its
+// change marker and the grid query, through kvCommand/kvRecordset as the store sends them, and
+// as raw QSqlQuery, timed in the same loop as the Forward), the Forward minus those queries
+// (layout and filling the cells), a "Forward" of a control without a connection (layout and
+// empty cells) and SQLite's plan of the grid query. A "what-if" line times the 42 per-day
+// queries without any floor for the same grid (what the store sent before issue 14).
 //
 // Run it offscreen:
 //   QT_QPA_PLATFORM=offscreen ./bench_grid [--sizes 2000,10000,100000,1000000] [--runs 100]
@@ -65,6 +65,7 @@
 #include <QToolBar>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <functional>
 #include <vector>
@@ -478,55 +479,39 @@ ResizeFigures measureResize(const Settings &settings, Shown &shown, const QDate 
 }
 
 enum class QueryMode {
-    Store,            // the store's query for the floor and its 42 day queries, through kvCommand/kvRecordset
+    Store,            // the store's change marker and its grid query, through kvCommand/kvRecordset
     Raw,              // the same texts and values through a plain QSqlQuery
-    Unbounded,        // what-if: the 42 day queries without the floor (the store before BeginDayLoads)
-    UnorderedIndex,   // what-if: the same with "ORDER BY +DateBegin" (SQLite then ORs two index searches)
-    OneBoundedQuery,  // what-if: one query for the whole grid, DateBegin bounded by a longest duration
+    GridQuery,        // the grid query alone through a plain QSqlQuery: the floor of the SQL work
+    Unbounded,        // what-if: the 42 day queries without any floor (the store before issue 14)
 };
 
-constexpr int LongestDurationDays = 31;   // the what-if bound (this data: 4 days at most)
+// As kvAppointmentStore::GridFloor on SQLite: the first day less the longest duration and a day.
+kvDate gridFloor(kvConnection &connection, const kvTableName &table, const kvDate &first)
+{
+    const kvSqlStatement longest = kvParameterizedSql::LongestDurationQuery(table);
+    QSqlQuery query(connection.Database());
+    if (!query.exec(longest.Text) || !query.next() || query.value(0).isNull())
+        return first;
+    return first.addDays(-qint64(std::ceil(query.value(0).toDouble())) - 1);
+}
 
-// The statements of \a mode for the month grid \a grid.
+// The statements of \a mode for the grid \a grid.
 std::vector<kvSqlStatement> gridStatements(kvConnection &connection, const Window &grid, QueryMode mode)
 {
     const qint16 dialect = kvSqlTexts::DatabaseDialect(0, connection.Provider(), connection.ConnectionString());
     const auto engine = kvParameterizedSql::EngineOf(connection.Database().driverName());
+    const kvTableName table = kvTableName::Parse(TableName, kvDataSource::Of(connection).engine());
+    const kvDate first = kvDate::fromDate(grid.first);
     std::vector<kvSqlStatement> statements;
-    if (mode == QueryMode::OneBoundedQuery) {
-        const auto bound = [&](const QDate &day) {
-            return kvParameterizedSql::BoundDate(kvDate::fromDate(day), dialect, engine);
-        };
-        statements.push_back({QStringLiteral("SELECT * FROM ") + TableName
-                                  + QStringLiteral(" WHERE DateBegin >= ? AND DateBegin < ? AND DateEnd >= ?"
-                                                   " ORDER BY DateBegin"),
-                              {bound(grid.first.addDays(-LongestDurationDays)), bound(grid.last.addDays(1)),
-                               bound(grid.first)}});
+    if (mode == QueryMode::Unbounded) {
+        for (QDate day = grid.first; day <= grid.last; day = day.addDays(1))
+            statements.push_back(kvParameterizedSql::DayQuery(table, kvDate::fromDate(day), dialect, engine));
         return statements;
     }
-    const kvDate first = kvDate::fromDate(grid.first);
-    const kvTableName table = kvTableName::Parse(TableName, kvDataSource::Of(connection).engine());
-    const bool bounded = mode == QueryMode::Store || mode == QueryMode::Raw;
-    kvDate floor = first;
-    if (bounded) {
-        // As kvAppointmentStore::BeginDayLoads: the floor's query is sent (and timed) with the day queries.
-        const kvSqlStatement earliest = kvParameterizedSql::EarliestOverlapQuery(table, first, dialect, engine);
-        statements.push_back(earliest);
-        QSqlQuery query(connection.Database());
-        query.prepare(earliest.Text);
-        for (int i = 0; i < earliest.Values.size(); ++i)
-            query.bindValue(i, earliest.Values.at(i));
-        if (query.exec() && query.next() && !query.value(0).isNull())
-            floor = std::min(floor, kvField::ToDate(query.value(0)));
-    }
-    for (QDate day = grid.first; day <= grid.last; day = day.addDays(1)) {
-        kvSqlStatement statement =
-            bounded ? kvParameterizedSql::DayQuery(table, kvDate::fromDate(day), floor, dialect, engine)
-                    : kvParameterizedSql::DayQuery(table, kvDate::fromDate(day), dialect, engine);
-        if (mode == QueryMode::UnorderedIndex)
-            statement.Text.replace(QStringLiteral("ORDER BY ") + TableName, QStringLiteral("ORDER BY +") + TableName);
-        statements.push_back(statement);
-    }
+    if (mode != QueryMode::GridQuery)
+        statements.push_back(kvParameterizedSql::ChangeMarkerQuery());
+    statements.push_back(kvParameterizedSql::GridQuery(table, first, kvDate::fromDate(grid.last.addDays(1)),
+                                                       gridFloor(connection, table, first), dialect, engine));
     return statements;
 }
 
@@ -590,18 +575,13 @@ void printPlan(kvConnection &connection, const kvSqlStatement &statement)
         std::printf("    %s\n", qPrintable(plan.value(3).toString()));
 }
 
-void printQueryPlan(kvConnection &connection, const QDate &day)
+void printQueryPlan(kvConnection &connection, const Window &grid)
 {
-    const qint16 dialect = kvSqlTexts::DatabaseDialect(0, connection.Provider(), connection.ConnectionString());
-    kvSqlStatement statement = kvParameterizedSql::DayQuery(
-        kvTableName::Parse(TableName, kvDataSource::Of(connection).engine()), kvDate::fromDate(day), dialect, kvParameterizedSql::EngineOf(connection.Database().driverName()));
-    std::printf("  day query: %s\n  bound: ", qPrintable(statement.Text));
+    const kvSqlStatement statement = gridStatements(connection, grid, QueryMode::GridQuery).front();
+    std::printf("  grid query: %s\n  bound: ", qPrintable(statement.Text));
     for (const QVariant &value : statement.Values)
         std::printf("'%s' ", qPrintable(value.toString()));
     std::printf("\n  SQLite's plan:\n");
-    printPlan(connection, statement);
-    statement.Text.replace(QStringLiteral("ORDER BY ") + TableName, QStringLiteral("ORDER BY +") + TableName);
-    std::printf("  SQLite's plan with ORDER BY +DateBegin (what-if):\n");
     printPlan(connection, statement);
 }
 
@@ -672,6 +652,8 @@ int main(int argc, char *argv[])
 
     // Warm-up and the cost without any SQL: a control without a connection.
     double emptyForwardMs = 0;
+    double emptyPaintMs = 0;   // painting the empty control: with the grid query, the floor
+    double weekEmptyPaintMs = 0;
     {
         Shown empty(nullptr);
         warmUp(empty, kvKalivo::kvMonth, targets[0]);
@@ -681,10 +663,12 @@ int main(int argc, char *argv[])
         record(QStringLiteral("none"), QStringLiteral("present"), QStringLiteral("  month Forward alone"), month.reload);
         record(QStringLiteral("none"), QStringLiteral("present"), QStringLiteral("  paint alone"), month.paint);
         emptyForwardMs = month.reload.median;
+        emptyPaintMs = month.paint.median;
         const ResizeFigures resize = measureResize(settings, empty, targets[0]);
         record(QStringLiteral("none"), QStringLiteral("present"), QStringLiteral("month re-layout (resize)"), resize.relayout);
         const ForwardFigures week = measureForward(settings, empty, kvKalivo::kvWeek, targets[0], nullptr);
         record(QStringLiteral("none"), QStringLiteral("present"), QStringLiteral("week Forward + paint"), week.total);
+        weekEmptyPaintMs = week.paint.median;
         std::printf("\n");
     }
 
@@ -711,28 +695,35 @@ int main(int argc, char *argv[])
         kvConnection connection;
         connection.Open(QStringLiteral("Driver=SQLite3;Database=") + file);
         if (!planPrinted) {
-            printQueryPlan(connection, grids[0].first);
+            printQueryPlan(connection, grids[0]);
             planPrinted = true;
         }
         Shown shown(&connection);
         for (int p = 0; p < 2; ++p) {
             warmUp(shown, kvKalivo::kvMonth, targets[p]);
-            // The store's 42 day queries alone, and as raw QSqlQuery, timed in the same loop as
-            // the Forward they are part of.
-            const std::vector<kvSqlStatement> dayQueries = gridStatements(connection, grids[p], QueryMode::Store);
+            // The store's queries alone, as raw QSqlQuery, and the grid query alone (the floor),
+            // timed in the same loop as the Forward they are part of.
+            const std::vector<kvSqlStatement> storeQueries = gridStatements(connection, grids[p], QueryMode::Store);
+            const std::vector<kvSqlStatement> gridQuery = gridStatements(connection, grids[p], QueryMode::GridQuery);
             const ForwardFigures month = measureForward(
                 settings, shown, kvKalivo::kvMonth, targets[p], &connection,
-                {[&] { return runQueries(connection, dayQueries, QueryMode::Store); },
-                 [&] { return runQueries(connection, dayQueries, QueryMode::Raw); }});
+                {[&] { return runQueries(connection, storeQueries, QueryMode::Store); },
+                 [&] { return runQueries(connection, storeQueries, QueryMode::Raw); },
+                 [&] { return runQueries(connection, gridQuery, QueryMode::GridQuery); }});
             std::printf("  %s: one month Forward sends %d SQL statements and shows %d rows (multi-day rows once per day)\n",
                         qPrintable(positions[p]), month.statements, month.entries);
             record(sizeText, positions[p], QStringLiteral("month Forward + paint"), month.total);
-            record(sizeText, positions[p], QStringLiteral("  month Forward alone (re-layout, 42 queries, fill)"), month.reload);
+            record(sizeText, positions[p], QStringLiteral("  month Forward alone (re-layout, queries, fill)"), month.reload);
             record(sizeText, positions[p], QStringLiteral("  paint alone"), month.paint);
             const Figures &queries = month.alongside.at(0);
             const Figures &rawQueries = month.alongside.at(1);
-            record(sizeText, positions[p], QStringLiteral("  floor + 42 day queries alone (kvRecordset)"), queries);
-            record(sizeText, positions[p], QStringLiteral("  floor + 42 day queries alone (raw QSqlQuery)"), rawQueries);
+            const Figures &floorQuery = month.alongside.at(2);
+            record(sizeText, positions[p], QStringLiteral("  marker + grid query alone (kvRecordset)"), queries);
+            record(sizeText, positions[p], QStringLiteral("  marker + grid query alone (raw QSqlQuery)"), rawQueries);
+            const double floorMs = floorQuery.median + emptyPaintMs;
+            std::printf("  %s: floor (grid query through QSqlQuery %.2f ms + paint of the empty control %.2f ms)"
+                        " %.2f ms; month Forward + paint / floor = %.1f\n",
+                        qPrintable(positions[p]), floorQuery.median, emptyPaintMs, floorMs, month.total.median / floorMs);
             record(sizeText, positions[p], QStringLiteral("  Forward alone minus the queries (layout, fill)"), month.rest);
             const ResizeFigures resize = measureResize(settings, shown, targets[p]);
             record(sizeText, positions[p], QStringLiteral("month re-layout (resize)"), resize.relayout);
@@ -740,17 +731,21 @@ int main(int argc, char *argv[])
             const ForwardFigures week = measureForward(settings, shown, kvKalivo::kvWeek, targets[p], &connection);
             std::printf("  %s: one week Forward sends %d SQL statements and shows %d rows\n", qPrintable(positions[p]),
                         week.statements, week.entries);
+            const Window weekGrid{targets[p].addDays(1 - targets[p].dayOfWeek()), targets[p].addDays(7 - targets[p].dayOfWeek())};
+            const std::vector<kvSqlStatement> weekQuery = gridStatements(connection, weekGrid, QueryMode::GridQuery);
+            std::vector<double> weekFloor;
+            repeat(settings, [&] { weekFloor.push_back(runQueries(connection, weekQuery, QueryMode::GridQuery)); });
+            const double weekFloorMs = figuresOf(weekFloor).median + weekEmptyPaintMs;
+            std::printf("  %s: week floor (grid query %.2f ms + empty paint %.2f ms) %.2f ms; week Forward + paint / floor = %.1f\n",
+                        qPrintable(positions[p]), figuresOf(weekFloor).median, weekEmptyPaintMs, weekFloorMs,
+                        week.total.median / weekFloorMs);
             record(sizeText, positions[p], QStringLiteral("week Forward + paint"), week.total);
             record(sizeText, positions[p], QStringLiteral("  week Forward alone"), week.reload);
             record(sizeText, positions[p], QStringLiteral("  paint alone (week)"), week.paint);
             record(sizeText, positions[p], QStringLiteral("what-if: 42 queries without the floor (raw)"),
                    measureQueries(settings, connection, grids[p], QueryMode::Unbounded));
-            record(sizeText, positions[p], QStringLiteral("what-if: 42 queries, ORDER BY +DateBegin (raw)"),
-                   measureQueries(settings, connection, grids[p], QueryMode::UnorderedIndex));
-            record(sizeText, positions[p], QStringLiteral("what-if: 1 grid query, DateBegin >= -31 d (raw)"),
-                   measureQueries(settings, connection, grids[p], QueryMode::OneBoundedQuery));
             const QString breakdown =
-                QStringLiteral("%1, %2: month Forward + paint %3 ms = floor + 42 day queries %4 ms (as raw QSqlQuery"
+                QStringLiteral("%1, %2: month Forward + paint %3 ms = change marker + grid query %4 ms (as raw QSqlQuery"
                                " %5 ms) + layout and filling %6 ms (the empty grid without a connection: %7 ms)"
                                " + paint %8 ms")
                     .arg(sizeText, positions[p])

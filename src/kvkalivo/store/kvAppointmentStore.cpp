@@ -230,7 +230,7 @@ void kvAppointmentStore::LoadGridRows(const kvDate &firstDay, int dayCount, int 
     step = 5;
     while (!recordset.EOF()) {
         const kvFields &fields = recordset.Fields();
-        m_batch.rows->Append({ReadRow(fields, step), value(fields, "DateBegin"), value(fields, "DateEnd")});
+        m_batch.rows->Append(ReadRow(fields, step), value(fields, "DateBegin"), value(fields, "DateEnd"));
         step = 5;
         recordset.MoveNext();
     }
@@ -244,9 +244,9 @@ void kvAppointmentStore::HandOverGridRows(const kvDate &day, const kvDayRowSink 
     const QVariant dayStart = kvParameterizedSql::BoundDate(day, m_dialect, engine);
     const QVariant nextDay = kvParameterizedSql::BoundDate(day.addDays(1), m_dialect, engine);
     step = 5;
-    for (const kvGridRows::Row *row : m_batch.rows->RowsOf(dayStart, nextDay)) {
+    for (const kvAppointmentValues *appointment : m_batch.rows->RowsOf(dayStart, nextDay)) {
         step = 8;
-        HandOver(row->appointment, day, rows, step);
+        HandOver(*appointment, day, rows, step);
     }
 }
 

@@ -4,6 +4,7 @@
 #include "kvDate.h"
 
 #include <QList>
+#include <QString>
 #include <QVariant>
 
 #include <optional>
@@ -14,29 +15,44 @@
     Each row keeps DateBegin and DateEnd as the engine returned them, so that a day's rows are
     chosen by the comparisons the engine makes with the bound day boundaries: text with text
     (SQLite, and MariaDB/MySQL text columns), a number before any text (SQLite), date-time
-    values as date-times; NULL compares as nothing. The rows stay in the query's DateBegin order.
+    values by their wall-clock time; NULL compares as nothing. The rows stay in the query's
+    DateBegin order.
 */
 class kvGridRows
 {
 public:
-    struct Row
+    //! A stored or bound date, prepared once for comparing.
+    class Value
     {
-        kvAppointmentValues appointment;
-        QVariant begin;
-        QVariant end;
+    public:
+        Value() = default;
+        explicit Value(const QVariant &value);
+        //! As the engine compares a stored value (this) with a bound one; nothing for NULL.
+        std::optional<int> CompareTo(const Value &bound) const;
+
+    private:
+        enum class Kind { Null, Text, Number, DateTime };
+        Kind m_kind = Kind::Null;
+        QString m_text;
+        std::optional<qint64> m_clock;   // wall-clock milliseconds, when it reads as a date-time
     };
 
     kvGridRows() = default;
     kvGridRows(const kvDate &first, int dayCount) : m_first(first), m_dayCount(dayCount) {}
 
-    void Append(Row row) { m_rows.append(std::move(row)); }
+    void Append(const kvAppointmentValues &appointment, const QVariant &begin, const QVariant &end);
     //! Whether \a day is one of the grid's days.
     bool Covers(const kvDate &day) const;
-    //! The rows the per-day query for \a day selects, bound with \a dayStart and \a nextDay.
-    QList<const Row *> RowsOf(const QVariant &dayStart, const QVariant &nextDay) const;
+    //! The rows the per-day query bound with \a dayStart and \a nextDay selects.
+    QList<const kvAppointmentValues *> RowsOf(const QVariant &dayStart, const QVariant &nextDay) const;
 
 private:
-    static std::optional<int> Compare(const QVariant &stored, const QVariant &bound);
+    struct Row
+    {
+        kvAppointmentValues appointment;
+        Value begin;
+        Value end;
+    };
 
     kvDate m_first;
     int m_dayCount = 0;
