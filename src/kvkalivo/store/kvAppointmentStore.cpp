@@ -219,13 +219,8 @@ void kvAppointmentStore::LoadGridRows(const kvDate &firstDay, int dayCount, int 
     step = 4;
     const kvSqlStatement statement = kvParameterizedSql::GridQuery(
         TableName(), firstDay, firstDay.addDays(dayCount), GridFloor(firstDay), m_dialect, Engine());
-    kvCommand command;
-    command.setActiveConnection(m_connection.data());
-    command.setCommandType(adCmdText);
-    command.setCommandText(statement.Text);
-    command.Parameters() = statement.Values;
     kvRecordset recordset;
-    recordset.Open(command, adOpenForwardOnly, adLockUnspecified, adCmdUnspecified);
+    OpenQuery(recordset, statement, adCmdUnspecified);
     m_batch.rows.emplace(firstDay, dayCount);
     step = 5;
     while (!recordset.EOF()) {
@@ -395,13 +390,8 @@ QVariant kvAppointmentStore::FirstValue(const kvSqlStatement &statement, const c
 //! \a columns of the statement's first row; empty when there is no row.
 QVariantList kvAppointmentStore::FirstValues(const kvSqlStatement &statement, const QList<const char *> &columns)
 {
-    kvCommand command;
-    command.setActiveConnection(m_connection.data());
-    command.setCommandType(adCmdText);
-    command.setCommandText(statement.Text);
-    command.Parameters() = statement.Values;
     kvRecordset recordset;
-    recordset.Open(command, adOpenForwardOnly, adLockUnspecified, adCmdText);
+    OpenQuery(recordset, statement, adCmdText);
     QVariantList found;
     for (const char *column : columns) {
         if (!recordset.EOF())
@@ -409,6 +399,17 @@ QVariantList kvAppointmentStore::FirstValues(const kvSqlStatement &statement, co
     }
     recordset.Close();
     return found;
+}
+
+//! Opens \a recordset forward-only on \a statement, its values bound, with the Open \a options.
+void kvAppointmentStore::OpenQuery(kvRecordset &recordset, const kvSqlStatement &statement, int options)
+{
+    kvCommand command;
+    command.setActiveConnection(m_connection.data());
+    command.setCommandType(adCmdText);
+    command.setCommandText(statement.Text);
+    command.Parameters() = statement.Values;
+    recordset.Open(command, adOpenForwardOnly, adLockUnspecified, options);
 }
 
 void kvAppointmentStore::InsertAppointment(const kvDate &DateBegin, const kvDate &DateEnd,

@@ -18,6 +18,7 @@
 
 class kvConnection;
 class kvFields;
+class kvRecordset;
 
 /*!
     \brief The appointment store: the host's connection and table, dialect and column probe,
@@ -156,6 +157,7 @@ private:
     std::optional<kvDate> FirstDate(const kvSqlStatement &statement);
     QVariant FirstValue(const kvSqlStatement &statement, const char *column);
     QVariantList FirstValues(const kvSqlStatement &statement, const QList<const char *> &columns);
+    void OpenQuery(kvRecordset &recordset, const kvSqlStatement &statement, int options);
     void Execute(const kvSqlStatement &statement);
     void WriteRecord(const kvAppointmentValues &values);
     void Report(int code) const;
