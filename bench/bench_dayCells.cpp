@@ -1,5 +1,6 @@
 // Fills and paints a month of day cells (42 cells of 20 rows each) and prints how long that
-// takes and how much memory the cells hold. The first paint after a fill includes laying out
+// takes and how much memory the cells hold; then the same month resized and painted against
+// painted alone, and one cell reloaded with 10,000 appointments of one day. The first paint after a fill includes laying out
 // the captions of the visible rows (ctlEntry lays them out on first use). Run it offscreen:
 //   QT_QPA_PLATFORM=offscreen ./bench_dayCells [iterations]
 
@@ -26,6 +27,7 @@ constexpr int Rows = 6;
 constexpr int CellWidth = 180;
 constexpr int CellHeight = 110;
 constexpr int RowsPerCell = 20;
+constexpr int BusyDayRows = 10000;
 
 const char16_t *const Texts[] = {
     u"Teambesprechung",
@@ -83,6 +85,18 @@ void initCell(ctlDay &cell, int dayIndex)
 {
     const kvDate day = kvDate::fromDate(QDate(2025, 12, 1).addDays(dayIndex));
     cell.Init(day, QString(), QString(), 0x80000004, 0);
+}
+
+void fillBusyDay(ctlDay &cell)
+{
+    cell.ClearDates();
+    const kvDate day = kvDate::fromDate(QDate(2025, 12, 1));
+    for (int i = 0; i < BusyDayRows; ++i) {
+        const kvDate begin = day.addSeconds(i * 8);
+        const int pick = i % RowsPerCell;
+        cell.AddDate(i + 1, begin, begin.addMinutes(30), QString::fromUtf16(Texts[pick]),
+                     QStringLiteral("Bemerkung"), QString(), ImageIds[pick], 0xFFFFFFu, 0x000000);
+    }
 }
 
 struct Figures
@@ -158,12 +172,39 @@ int main(int argc, char *argv[])
         repaints.push_back(double(timer.nsecsElapsed()) / 1e6);
     }
 
+    // A resize lays the month out again: every cell a pixel narrower or wider, then painted.
+    std::vector<double> resizes;
+    for (int run = 0; run < iterations; ++run) {
+        const int width = CellWidth - run % 2;
+        timer.start();
+        for (int i = 0; i < int(cells.size()); ++i)
+            cells[size_t(i)]->setGeometry(i % Columns * (width + 1), i / Columns * (CellHeight + 1), width, CellHeight);
+        month.render(&frame);
+        resizes.push_back(double(timer.nsecsElapsed()) / 1e6);
+    }
+
+    // A busy resource calendar: one day of 10,000 appointments, reloaded and painted.
+    ctlDay busyDay;
+    busyDay.resize(CellWidth, CellHeight);
+    initCell(busyDay, 0);
+    busyDay.show();
+    QImage busyFrame(busyDay.size(), QImage::Format_ARGB32_Premultiplied);
+    std::vector<double> busyReloads;
+    for (int run = 0; run < std::max(3, iterations / 20); ++run) {
+        timer.start();
+        fillBusyDay(busyDay);
+        busyDay.render(&busyFrame);
+        busyReloads.push_back(double(timer.nsecsElapsed()) / 1e6);
+    }
+
     const int rows = Columns * Rows * RowsPerCell;
     std::printf("kvKalivo day cells: %d cells of %dx%d px, %d rows each (%d rows), %d iterations\n",
                 Columns * Rows, CellWidth, CellHeight, RowsPerCell, rows, iterations);
     print("fill  (42 x ClearDates + 20 AddDate)", figuresOf(fills));
     print("paint (render the 42 cells into a QImage)", figuresOf(paints));
     print("repaint (the same, nothing changed)", figuresOf(repaints));
+    print("resize + paint (every cell 1 px narrower)", figuresOf(resizes));
+    print("reload + paint, 10,000 rows on one day", figuresOf(busyReloads));
     std::printf("memory: VmRSS %lld KiB before, %lld KiB after creating and filling the cells:"
                 " +%lld KiB (%.2f KiB per row)\n",
                 before, after, after - before, double(after - before) / rows);

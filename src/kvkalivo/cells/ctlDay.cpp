@@ -159,7 +159,7 @@ void ctlDay::AddDate(qint32 dateId, const kvDate &dateBegin, const kvDate &dateE
         m_entries->rows.append(row);
         m_entries->byKey.insert(entryKey(index), row);
 
-        if (m_rows.Count() >= 3) {
+        if (m_entries->rows.size() >= 2) {
             qint16 previous = kvInt16::subtract(index, 1);
             if (previous == m_reservedRowIndex)
                 previous = kvInt16::subtract(index, 2);
@@ -173,9 +173,11 @@ void ctlDay::AddDate(qint32 dateId, const kvDate &dateBegin, const kvDate &dateE
         m_nextRowTop += row->Height();
 
         if (m_nextRowTop > InnerHeight()) {
-            m_vScroll->setVisible(true);
+            if (m_vScroll->isHidden()) {
+                m_vScroll->setVisible(true);
+                m_vScroll->raise();
+            }
             m_vScroll->setMaximum(kvInt16::add(m_vScroll->maximum(), 1));
-            m_vScroll->raise();
         }
         if (imgId > 0)
             AddIcon(imgId);
