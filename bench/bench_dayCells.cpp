@@ -1,18 +1,23 @@
 // Fills and paints a month of day cells (42 cells of 20 rows each) and prints how long that
 // takes and how much memory the cells hold; then the same month resized and painted against
-// painted alone, and one cell reloaded with 10,000 appointments of one day. The first paint after a fill includes laying out
+// painted alone, and one day of 10,000 appointments reloaded: in a cell alone, and through the
+// control on an SQLite table (Refresh: the day query, the fill and the paint). The first paint after a fill includes laying out
 // the captions of the visible rows (ctlEntry lays them out on first use). Run it offscreen:
 //   QT_QPA_PLATFORM=offscreen ./bench_dayCells [iterations]
 
 #include "ctlDay.h"
 #include "frmPicSelector.h"
+#include "kvAppointmentTable.h"
+#include "kvConnection.h"
 #include "kvDate.h"
+#include "kvKalivo.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QImage>
 #include <QPainter>
+#include <QTemporaryDir>
 #include <QTextStream>
 
 #include <algorithm>
@@ -97,6 +102,38 @@ void fillBusyDay(ctlDay &cell)
         cell.AddDate(i + 1, begin, begin.addMinutes(30), QString::fromUtf16(Texts[pick]),
                      QStringLiteral("Bemerkung"), QString(), ImageIds[pick], 0xFFFFFFu, 0x000000);
     }
+}
+
+// The control in the week of 2026-11-18, a day with BusyDayRows appointments 8 seconds apart.
+std::vector<double> controlReloads(int runs)
+{
+    QTemporaryDir folder;
+    kvConnection connection;
+    connection.Open(QStringLiteral("Driver=SQLite3;Database=") + folder.filePath(QStringLiteral("busy.db")));
+    kvAppointmentTable::Create(connection, QStringLiteral("Termine"));
+    connection.Execute(QStringLiteral(
+        "INSERT INTO Termine (DateBegin, DateEnd, Name, Remark) "
+        "WITH RECURSIVE n(i) AS (SELECT 0 UNION ALL SELECT i + 1 FROM n WHERE i < %1) "
+        "SELECT strftime('%Y-%m-%d %H:%M:%S', '2026-11-18', '+' || (i * 8) || ' seconds'), "
+        "strftime('%Y-%m-%d %H:%M:%S', '2026-11-18', '+' || (i * 8 + 1800) || ' seconds'), "
+        "'Termin ' || i, 'Bemerkung' FROM n").arg(BusyDayRows - 1));
+    kvKalivo control;
+    control.setParameterizedSql(true);
+    control.setRecordSource(QStringLiteral("Termine"));
+    control.setConnection(&connection);
+    control.setActualDate(QDate(2026, 11, 18));
+    control.resize(1280, 800);
+    control.show();
+    QImage frame(control.size(), QImage::Format_ARGB32_Premultiplied);
+    std::vector<double> samples;
+    QElapsedTimer timer;
+    for (int run = 0; run < runs; ++run) {
+        timer.start();
+        control.Refresh();
+        control.render(&frame);
+        samples.push_back(double(timer.nsecsElapsed()) / 1e6);
+    }
+    return samples;
 }
 
 struct Figures
@@ -197,6 +234,8 @@ int main(int argc, char *argv[])
         busyReloads.push_back(double(timer.nsecsElapsed()) / 1e6);
     }
 
+    const std::vector<double> busyControlReloads = controlReloads(std::max(3, iterations / 20));
+
     const int rows = Columns * Rows * RowsPerCell;
     std::printf("kvKalivo day cells: %d cells of %dx%d px, %d rows each (%d rows), %d iterations\n",
                 Columns * Rows, CellWidth, CellHeight, RowsPerCell, rows, iterations);
@@ -205,6 +244,7 @@ int main(int argc, char *argv[])
     print("repaint (the same, nothing changed)", figuresOf(repaints));
     print("resize + paint (every cell 1 px narrower)", figuresOf(resizes));
     print("reload + paint, 10,000 rows on one day", figuresOf(busyReloads));
+    print("control Refresh + paint, 10,000 on one day", figuresOf(busyControlReloads));
     std::printf("memory: VmRSS %lld KiB before, %lld KiB after creating and filling the cells:"
                 " +%lld KiB (%.2f KiB per row)\n",
                 before, after, after - before, double(after - before) / rows);

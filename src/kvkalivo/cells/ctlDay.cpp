@@ -78,8 +78,7 @@ ctlDay::~ctlDay()
 {
     reportFailures(TerminationFailureCode, [this] {
         KV_FAULT_SITE("ctlDay.Terminate", 0);
-        ReleaseCapture();
-        UnloadRows();
+        DetachRows(); // the row array deletes the rows
     });
 }
 
@@ -153,7 +152,7 @@ void ctlDay::AddDate(qint32 dateId, const kvDate &dateBegin, const kvDate &dateE
             m_lastRowIndex = kvInt16::add(m_lastRowIndex, 1);
         const qint16 index = m_lastRowIndex;
 
-        ctlEntry *row = m_rows.Load(index);
+        ctlEntry *row = TakeRow(index);
         if (!m_entries)
             m_entries.emplace();
         m_entries->rows.append(row);
@@ -185,6 +184,17 @@ void ctlDay::AddDate(qint32 dateId, const kvDate &dateBegin, const kvDate &dateE
     });
 }
 
+//! Row \a index as new: one that an earlier fill left behind, or one loaded now.
+ctlEntry *ctlDay::TakeRow(qint16 index)
+{
+    if (!m_rows.isLoaded(index))
+        return m_rows.Load(index);
+    ctlEntry *row = m_rows(index);
+    row->setIsContinuedDate(false); // its Init puts back the time
+    row->setShowLineSeperator(false);
+    return row;
+}
+
 void ctlDay::AddIcon(qint16 imgId)
 {
     const Image &model = m_images.constFirst();
@@ -199,7 +209,7 @@ void ctlDay::AddIcon(qint16 imgId)
 void ctlDay::ClearDates()
 {
     reportFailures(FailureCode, [this] {
-        UnloadRows();
+        DetachRows();
         m_entries.reset();
         SetFocusEntry(0);
         m_lastRowIndex = 0;
@@ -213,18 +223,21 @@ void ctlDay::ClearDates()
     });
 }
 
-void ctlDay::UnloadRows()
+/*!
+    The rows leave the cell's collection but stay loaded, hidden, for the next fill to reuse:
+    refilling a cell of thousands of rows then creates none. A row that leaves lets go of the
+    mouse, as a destroyed window loses its capture.
+*/
+void ctlDay::DetachRows()
 {
-    // An unloaded row lets go of the mouse, as a destroyed window loses its capture.
     ReleaseCapture();
     m_mouse->ForgetPress();
     if (!m_entries)
         return;
-    const QList<ctlEntry *> rows = m_entries->rows;
+    for (ctlEntry *row : std::as_const(m_entries->rows))
+        row->setVisible(false);
     m_entries->rows.clear();
     m_entries->byKey.clear();
-    for (ctlEntry *row : rows)
-        m_rows.Unload(row->property("Index").toInt());
 }
 
 ctlEntry *ctlDay::Entries(qint16 index) const
