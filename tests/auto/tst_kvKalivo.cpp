@@ -652,6 +652,7 @@ private slots:
     {
         Calendar calendar;
         calendar.add(at(17, 9, 30), at(17, 10, 30), QStringLiteral("Teambesprechung"));
+        calendar.control.setView(kvKalivo::kvMonth);
         calendar.control.setActualDate(QDate(2026, 11, 17));
         const QList<QPointer<ctlDay>> cells = dayCells(calendar.control);
         const int width = cells.constFirst()->width();
@@ -664,7 +665,12 @@ private slots:
         QVERIFY(dayCells(calendar.control) == cells);
         QVERIFY(cells.constFirst()->width() > width);
         QCOMPARE(rowsOf(calendar.control, QDate(2026, 11, 17)), QStringList{QStringLiteral("09:30 Teambesprechung")});
-        QCOMPARE(calendar.cell(17)->Entries(1)->Width(), calendar.cell(17)->contentsRect().width());
+        QCOMPARE(cellOf(calendar.control, QDate(2026, 11, 17))->Entries(1)->Width(),
+                 cellOf(calendar.control, QDate(2026, 11, 17))->contentsRect().width());
+        const ctlKW *weeks = calendar.control.findChild<ctlKW *>();
+        const QRect lastWeek = weeks->getKW(6)->geometry().translated(weeks->pos());
+        QVERIFY(cells.at(35)->geometry().contains(QPoint(cells.at(35)->x(), lastWeek.center().y())));
+        QCOMPARE(weeks->getKW(6)->text(), QStringLiteral("49"));
     }
 
     // "Today" in view only moves the marking, else reloads; never updates the status bar's week.

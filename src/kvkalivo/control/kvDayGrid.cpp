@@ -100,6 +100,8 @@ void kvDayGrid::ArrangeGridStages(qint16 &step, Refill refill)
     stage(9);
     if (refill == Refill::Always || m_filledFor != CurrentContent())
         RefillCells();
+    else
+        m_weekColumn->Paint(); // the weeks it holds, in sections of the new height
     stage(10);
     ApplyColours();
 }
