@@ -248,8 +248,10 @@ private slots:
         addRows(*cell, 3);
         cell->Entries(3)->setIsContinuedDate(true);
         const QPointer<ctlEntry> second = cell->Entries(2);
+        cell->SelectEntry(2);
         cell->ClearDates();
         QVERIFY_THROWS_EXCEPTION(kvRuntimeError, cell->Entries(1));
+        QCOMPARE(cell->ActiveEntryIndex(), 0); // its row is gone
         addRow(*cell, QStringLiteral("eins"));
         addRow(*cell, QStringLiteral("zwei"), at(11, 15));
         addRow(*cell, QStringLiteral("drei"), at(12, 0));

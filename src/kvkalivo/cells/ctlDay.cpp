@@ -211,6 +211,7 @@ void ctlDay::ClearDates()
     reportFailures(FailureCode, [this] {
         DetachRows();
         m_entries.reset();
+        m_activeEntryIndex = 0;
         SetFocusEntry(0);
         m_lastRowIndex = 0;
         m_reservedRowIndex = 0;
