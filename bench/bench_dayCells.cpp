@@ -105,7 +105,27 @@ void fillBusyDay(ctlDay &cell)
 }
 
 // The control in the week of 2026-11-18, a day with BusyDayRows appointments 8 seconds apart.
-std::vector<double> controlReloads(int runs)
+struct ControlFigures
+{
+    std::vector<double> reloads;
+    std::vector<double> resizes; //!< one pixel narrower or wider, then painted
+    std::vector<double> paints;  //!< painted alone
+};
+
+template <typename Work>
+std::vector<double> timed(int runs, Work &&work)
+{
+    std::vector<double> samples;
+    QElapsedTimer timer;
+    for (int run = 0; run < runs; ++run) {
+        timer.start();
+        work(run);
+        samples.push_back(double(timer.nsecsElapsed()) / 1e6);
+    }
+    return samples;
+}
+
+ControlFigures controlFigures(int runs)
 {
     QTemporaryDir folder;
     kvConnection connection;
@@ -125,15 +145,17 @@ std::vector<double> controlReloads(int runs)
     control.resize(1280, 800);
     control.show();
     QImage frame(control.size(), QImage::Format_ARGB32_Premultiplied);
-    std::vector<double> samples;
-    QElapsedTimer timer;
-    for (int run = 0; run < runs; ++run) {
-        timer.start();
+    ControlFigures figures;
+    figures.reloads = timed(runs, [&](int) {
         control.Refresh();
         control.render(&frame);
-        samples.push_back(double(timer.nsecsElapsed()) / 1e6);
-    }
-    return samples;
+    });
+    figures.resizes = timed(runs, [&](int run) {
+        control.resize(1280 - run % 2, 800);
+        control.render(&frame);
+    });
+    figures.paints = timed(runs, [&](int) { control.render(&frame); });
+    return figures;
 }
 
 struct Figures
@@ -234,7 +256,7 @@ int main(int argc, char *argv[])
         busyReloads.push_back(double(timer.nsecsElapsed()) / 1e6);
     }
 
-    const std::vector<double> busyControlReloads = controlReloads(std::max(3, iterations / 20));
+    const ControlFigures control = controlFigures(std::max(3, iterations / 20));
 
     const int rows = Columns * Rows * RowsPerCell;
     std::printf("kvKalivo day cells: %d cells of %dx%d px, %d rows each (%d rows), %d iterations\n",
@@ -244,7 +266,9 @@ int main(int argc, char *argv[])
     print("repaint (the same, nothing changed)", figuresOf(repaints));
     print("resize + paint (every cell 1 px narrower)", figuresOf(resizes));
     print("reload + paint, 10,000 rows on one day", figuresOf(busyReloads));
-    print("control Refresh + paint, 10,000 on one day", figuresOf(busyControlReloads));
+    print("control Refresh + paint, 10,000 on one day", figuresOf(control.reloads));
+    print("control resize + paint, the same week", figuresOf(control.resizes));
+    print("control paint alone, the same week", figuresOf(control.paints));
     std::printf("memory: VmRSS %lld KiB before, %lld KiB after creating and filling the cells:"
                 " +%lld KiB (%.2f KiB per row)\n",
                 before, after, after - before, double(after - before) / rows);
