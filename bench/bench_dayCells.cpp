@@ -1,17 +1,23 @@
 // Fills and paints a month of day cells (42 cells of 20 rows each) and prints how long that
-// takes and how much memory the cells hold. The first paint after a fill includes laying out
+// takes and how much memory the cells hold; then the same month resized and painted against
+// painted alone, and one day of 10,000 appointments reloaded: in a cell alone, and through the
+// control on an SQLite table (Refresh: the day query, the fill and the paint). The first paint after a fill includes laying out
 // the captions of the visible rows (ctlEntry lays them out on first use). Run it offscreen:
 //   QT_QPA_PLATFORM=offscreen ./bench_dayCells [iterations]
 
 #include "ctlDay.h"
 #include "frmPicSelector.h"
+#include "kvAppointmentTable.h"
+#include "kvConnection.h"
 #include "kvDate.h"
+#include "kvKalivo.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QImage>
 #include <QPainter>
+#include <QTemporaryDir>
 #include <QTextStream>
 
 #include <algorithm>
@@ -26,6 +32,7 @@ constexpr int Rows = 6;
 constexpr int CellWidth = 180;
 constexpr int CellHeight = 110;
 constexpr int RowsPerCell = 20;
+constexpr int BusyDayRows = 10000;
 
 const char16_t *const Texts[] = {
     u"Teambesprechung",
@@ -83,6 +90,72 @@ void initCell(ctlDay &cell, int dayIndex)
 {
     const kvDate day = kvDate::fromDate(QDate(2025, 12, 1).addDays(dayIndex));
     cell.Init(day, QString(), QString(), 0x80000004, 0);
+}
+
+void fillBusyDay(ctlDay &cell)
+{
+    cell.ClearDates();
+    const kvDate day = kvDate::fromDate(QDate(2025, 12, 1));
+    for (int i = 0; i < BusyDayRows; ++i) {
+        const kvDate begin = day.addSeconds(i * 8);
+        const int pick = i % RowsPerCell;
+        cell.AddDate(i + 1, begin, begin.addMinutes(30), QString::fromUtf16(Texts[pick]),
+                     QStringLiteral("Bemerkung"), QString(), ImageIds[pick], 0xFFFFFFu, 0x000000);
+    }
+}
+
+// The control in the week of 2026-11-18, a day with BusyDayRows appointments 8 seconds apart.
+struct ControlFigures
+{
+    std::vector<double> reloads;
+    std::vector<double> resizes; //!< one pixel narrower or wider, then painted
+    std::vector<double> paints;  //!< painted alone
+};
+
+template <typename Work>
+std::vector<double> timed(int runs, Work &&work)
+{
+    std::vector<double> samples;
+    QElapsedTimer timer;
+    for (int run = 0; run < runs; ++run) {
+        timer.start();
+        work(run);
+        samples.push_back(double(timer.nsecsElapsed()) / 1e6);
+    }
+    return samples;
+}
+
+ControlFigures controlFigures(int runs)
+{
+    QTemporaryDir folder;
+    kvConnection connection;
+    connection.Open(QStringLiteral("Driver=SQLite3;Database=") + folder.filePath(QStringLiteral("busy.db")));
+    kvAppointmentTable::Create(connection, QStringLiteral("Termine"));
+    connection.Execute(QStringLiteral(
+        "INSERT INTO Termine (DateBegin, DateEnd, Name, Remark) "
+        "WITH RECURSIVE n(i) AS (SELECT 0 UNION ALL SELECT i + 1 FROM n WHERE i < %1) "
+        "SELECT strftime('%Y-%m-%d %H:%M:%S', '2026-11-18', '+' || (i * 8) || ' seconds'), "
+        "strftime('%Y-%m-%d %H:%M:%S', '2026-11-18', '+' || (i * 8 + 1800) || ' seconds'), "
+        "'Termin ' || i, 'Bemerkung' FROM n").arg(BusyDayRows - 1));
+    kvKalivo control;
+    control.setParameterizedSql(true);
+    control.setRecordSource(QStringLiteral("Termine"));
+    control.setConnection(&connection);
+    control.setActualDate(QDate(2026, 11, 18));
+    control.resize(1280, 800);
+    control.show();
+    QImage frame(control.size(), QImage::Format_ARGB32_Premultiplied);
+    ControlFigures figures;
+    figures.reloads = timed(runs, [&](int) {
+        control.Refresh();
+        control.render(&frame);
+    });
+    figures.resizes = timed(runs, [&](int run) {
+        control.resize(1280 - run % 2, 800);
+        control.render(&frame);
+    });
+    figures.paints = timed(runs, [&](int) { control.render(&frame); });
+    return figures;
 }
 
 struct Figures
@@ -158,12 +231,44 @@ int main(int argc, char *argv[])
         repaints.push_back(double(timer.nsecsElapsed()) / 1e6);
     }
 
+    // A resize lays the month out again: every cell a pixel narrower or wider, then painted.
+    std::vector<double> resizes;
+    for (int run = 0; run < iterations; ++run) {
+        const int width = CellWidth - run % 2;
+        timer.start();
+        for (int i = 0; i < int(cells.size()); ++i)
+            cells[size_t(i)]->setGeometry(i % Columns * (width + 1), i / Columns * (CellHeight + 1), width, CellHeight);
+        month.render(&frame);
+        resizes.push_back(double(timer.nsecsElapsed()) / 1e6);
+    }
+
+    // A busy resource calendar: one day of 10,000 appointments, reloaded and painted.
+    ctlDay busyDay;
+    busyDay.resize(CellWidth, CellHeight);
+    initCell(busyDay, 0);
+    busyDay.show();
+    QImage busyFrame(busyDay.size(), QImage::Format_ARGB32_Premultiplied);
+    std::vector<double> busyReloads;
+    for (int run = 0; run < std::max(3, iterations / 20); ++run) {
+        timer.start();
+        fillBusyDay(busyDay);
+        busyDay.render(&busyFrame);
+        busyReloads.push_back(double(timer.nsecsElapsed()) / 1e6);
+    }
+
+    const ControlFigures control = controlFigures(std::max(3, iterations / 20));
+
     const int rows = Columns * Rows * RowsPerCell;
     std::printf("kvKalivo day cells: %d cells of %dx%d px, %d rows each (%d rows), %d iterations\n",
                 Columns * Rows, CellWidth, CellHeight, RowsPerCell, rows, iterations);
     print("fill  (42 x ClearDates + 20 AddDate)", figuresOf(fills));
     print("paint (render the 42 cells into a QImage)", figuresOf(paints));
     print("repaint (the same, nothing changed)", figuresOf(repaints));
+    print("resize + paint (every cell 1 px narrower)", figuresOf(resizes));
+    print("reload + paint, 10,000 rows on one day", figuresOf(busyReloads));
+    print("control Refresh + paint, 10,000 on one day", figuresOf(control.reloads));
+    print("control resize + paint, the same week", figuresOf(control.resizes));
+    print("control paint alone, the same week", figuresOf(control.paints));
     std::printf("memory: VmRSS %lld KiB before, %lld KiB after creating and filling the cells:"
                 " +%lld KiB (%.2f KiB per row)\n",
                 before, after, after - before, double(after - before) / rows);

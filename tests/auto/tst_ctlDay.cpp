@@ -241,6 +241,32 @@ private slots:
         QCOMPARE(cell->Entries(1)->Top(), 15);
     }
 
+    // A refill reuses the rows the cell has: they come back as new, with nothing of before.
+    void clearDatesKeepsTheRowsForTheNextFill()
+    {
+        const auto cell = makeCell(300, 100);
+        addRows(*cell, 3);
+        cell->Entries(3)->setIsContinuedDate(true);
+        const QPointer<ctlEntry> second = cell->Entries(2);
+        cell->SelectEntry(2);
+        cell->ClearDates();
+        QVERIFY_THROWS_EXCEPTION(kvRuntimeError, cell->Entries(1));
+        QCOMPARE(cell->ActiveEntryIndex(), 0); // its row is gone
+        addRow(*cell, QStringLiteral("eins"));
+        addRow(*cell, QStringLiteral("zwei"), at(11, 15));
+        addRow(*cell, QStringLiteral("drei"), at(12, 0));
+        QVERIFY(second && cell->Entries(2) == second);
+        QCOMPARE(second->Text(), QStringLiteral("zwei"));
+        QCOMPARE(second->Time(), QStringLiteral("11:15"));
+        QVERIFY(!cell->Entries(3)->IsContinuedDate());
+        QCOMPARE(cell->Entries(3)->Time(), QStringLiteral("12:00"));
+        QVERIFY(!cell->Entries(3)->ShowLineSeperator());
+        cell->ClearDates();
+        addRow(*cell, QStringLiteral("eins"));
+        QCOMPARE(cell->EntriesCount(), 1);
+        QVERIFY(!cell->Entries(1)->ShowLineSeperator());
+    }
+
     void entriesFailsForAnIndexNeverAdded()
     {
         const auto cell = makeCell(180, 120);

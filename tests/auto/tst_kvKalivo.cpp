@@ -7,6 +7,7 @@
 #include "kvFaultInjection.h"
 #include "kvGridGeometry.h"
 #include "kvMemoryPropertyBag.h"
+#include "PublicHolidays.h"
 #include "kvPdfPrinterService.h"
 #include "kvSettingsPropertyBag.h"
 
@@ -94,6 +95,15 @@ QStringList rowsOf(const kvKalivo &control, const QDate &day)
     return rows;
 }
 
+//! The day cells, watched: a cell destroyed since becomes null.
+QList<QPointer<ctlDay>> dayCells(const kvKalivo &control)
+{
+    QList<QPointer<ctlDay>> cells;
+    for (int index = 1; index <= kvKalivoTestAccess::DayCellCount(control); ++index)
+        cells << kvKalivoTestAccess::DayCell(control, index);
+    return cells;
+}
+
 } // namespace
 
 class tst_kvKalivo : public QObject
@@ -110,7 +120,7 @@ private slots:
         kvFaultInjection::Disarm();
     }
 
-    // A fresh control: the week of today, a grey surface, toolbar icons; InitProperties restores.
+    // A fresh control: the week of today in white cells, toolbar icons; InitProperties restores.
     void defaultsAndInitProperties()
     {
         kvKalivo control;
@@ -126,7 +136,7 @@ private slots:
         QCOMPARE(datePicker(control)->date(), fixedToday);
         QCOMPARE(statusText(control), QStringLiteral("47. KW"));
         control.resize(640, 480);
-        QCOMPARE(control.grab().toImage().pixelColor(320, 240), QColor(0x80, 0x80, 0x80));
+        QCOMPARE(control.grab().toImage().pixelColor(320, 240), QColor(Qt::white)); // a day cell in BackColor
         for (const QAction *action : control.findChild<QToolBar *>()->actions())
             QVERIFY2(!action->icon().pixmap(16, 16).isNull(), qPrintable(action->objectName()));
         for (const auto &[name, value] : kvDesignerFormValues())
@@ -596,6 +606,71 @@ private slots:
         QCOMPARE(kvKalivoTestAccess::DayCellCount(calendar.control), 42);
         calendar.press("Week");
         QCOMPARE(kvKalivoTestAccess::DayCellCount(calendar.control), 7);
+    }
+
+    // Moving through the dates refills the cells it has: the same cells show the new days.
+    void cellsStayWhileTheDatesChange_data()
+    {
+        QTest::addColumn<int>("view");
+        QTest::addColumn<QString>("command");
+        QTest::addColumn<QDate>("firstCell");
+        QTest::newRow("week Forward") << 1 << "Forward" << QDate(2026, 11, 23);
+        QTest::newRow("month Back") << 2 << "Back" << QDate(2026, 9, 28);
+        QTest::newRow("Today from Christmas") << 1 << "Today" << QDate(2026, 11, 16);
+        QTest::newRow("date picker") << 1 << "picker" << QDate(2026, 12, 21);
+        QTest::newRow("reload") << 2 << "reload" << QDate(2026, 10, 26);
+    }
+    void cellsStayWhileTheDatesChange()
+    {
+        QFETCH(int, view);
+        QFETCH(QString, command);
+        QFETCH(QDate, firstCell);
+        Calendar calendar;
+        calendar.add(at(17, 9, 30), at(17, 10, 30), QStringLiteral("Teambesprechung"));
+        calendar.add(at(24, 8), at(24, 9), QStringLiteral("Zahnarzt"));
+        calendar.control.setView(kvKalivo::kvView(view));
+        calendar.control.setPublicHoliday(true);
+        calendar.control.setActualDate(command == QLatin1String("Today") ? QDate(2026, 12, 24) : QDate(2026, 11, 17));
+        const QList<QPointer<ctlDay>> cells = dayCells(calendar.control);
+        if (command == QLatin1String("picker"))
+            datePicker(calendar.control)->setDate(QDate(2026, 12, 24));
+        else if (command == QLatin1String("reload"))
+            calendar.control.Refresh();
+        else
+            calendar.press(qPrintable(command));
+        QCOMPARE(calendar.firstDay(), firstCell);
+        QVERIFY(!cells.contains(nullptr));
+        QVERIFY(dayCells(calendar.control) == cells);
+        for (const ctlDay *cell : cells)
+            QCOMPARE(cell->PublicHolidayName(), kv::GetPublicHolidayName(cell->datDay()));
+        if (cellOf(calendar.control, QDate(2026, 11, 24)))
+            QCOMPARE(rowsOf(calendar.control, QDate(2026, 11, 24)), QStringList{QStringLiteral("08:00 Zahnarzt")});
+    }
+
+    // A resize lays the cells out anew with the rows they hold: nothing is read again.
+    void resizeKeepsTheCellsAndReadsNothing()
+    {
+        Calendar calendar;
+        calendar.add(at(17, 9, 30), at(17, 10, 30), QStringLiteral("Teambesprechung"));
+        calendar.control.setView(kvKalivo::kvMonth);
+        calendar.control.setActualDate(QDate(2026, 11, 17));
+        const QList<QPointer<ctlDay>> cells = dayCells(calendar.control);
+        const int width = cells.constFirst()->width();
+        QSignalSpy arranged(kvKalivoTestAccess::Grid(calendar.control), &kvDayGrid::gridArranged);
+        calendar.statements.clear();
+        calendar.control.resize(calendar.control.size() + QSize(140, 70));
+        QCOMPARE(arranged.count(), 1);
+        QCOMPARE(calendar.statements, QStringList());
+        QVERIFY(!cells.contains(nullptr));
+        QVERIFY(dayCells(calendar.control) == cells);
+        QVERIFY(cells.constFirst()->width() > width);
+        QCOMPARE(rowsOf(calendar.control, QDate(2026, 11, 17)), QStringList{QStringLiteral("09:30 Teambesprechung")});
+        QCOMPARE(cellOf(calendar.control, QDate(2026, 11, 17))->Entries(1)->Width(),
+                 cellOf(calendar.control, QDate(2026, 11, 17))->contentsRect().width());
+        const ctlKW *weeks = calendar.control.findChild<ctlKW *>();
+        const QRect lastWeek = weeks->getKW(6)->geometry().translated(weeks->pos());
+        QVERIFY(cells.at(35)->geometry().contains(QPoint(cells.at(35)->x(), lastWeek.center().y())));
+        QCOMPARE(weeks->getKW(6)->text(), QStringLiteral("49"));
     }
 
     // "Today" in view only moves the marking, else reloads; never updates the status bar's week.

@@ -78,8 +78,7 @@ ctlDay::~ctlDay()
 {
     reportFailures(TerminationFailureCode, [this] {
         KV_FAULT_SITE("ctlDay.Terminate", 0);
-        ReleaseCapture();
-        UnloadRows();
+        DetachRows(); // the row array deletes the rows
     });
 }
 
@@ -153,13 +152,13 @@ void ctlDay::AddDate(qint32 dateId, const kvDate &dateBegin, const kvDate &dateE
             m_lastRowIndex = kvInt16::add(m_lastRowIndex, 1);
         const qint16 index = m_lastRowIndex;
 
-        ctlEntry *row = m_rows.Load(index);
+        ctlEntry *row = TakeRow(index);
         if (!m_entries)
             m_entries.emplace();
         m_entries->rows.append(row);
         m_entries->byKey.insert(entryKey(index), row);
 
-        if (m_rows.Count() >= 3) {
+        if (m_entries->rows.size() >= 2) {
             qint16 previous = kvInt16::subtract(index, 1);
             if (previous == m_reservedRowIndex)
                 previous = kvInt16::subtract(index, 2);
@@ -173,14 +172,27 @@ void ctlDay::AddDate(qint32 dateId, const kvDate &dateBegin, const kvDate &dateE
         m_nextRowTop += row->Height();
 
         if (m_nextRowTop > InnerHeight()) {
-            m_vScroll->setVisible(true);
+            if (m_vScroll->isHidden()) {
+                m_vScroll->setVisible(true);
+                m_vScroll->raise();
+            }
             m_vScroll->setMaximum(kvInt16::add(m_vScroll->maximum(), 1));
-            m_vScroll->raise();
         }
         if (imgId > 0)
             AddIcon(imgId);
         update();
     });
+}
+
+//! Row \a index as new: one that an earlier fill left behind, or one loaded now.
+ctlEntry *ctlDay::TakeRow(qint16 index)
+{
+    if (!m_rows.isLoaded(index))
+        return m_rows.Load(index);
+    ctlEntry *row = m_rows(index);
+    row->setIsContinuedDate(false); // its Init puts back the time
+    row->setShowLineSeperator(false);
+    return row;
 }
 
 void ctlDay::AddIcon(qint16 imgId)
@@ -197,8 +209,9 @@ void ctlDay::AddIcon(qint16 imgId)
 void ctlDay::ClearDates()
 {
     reportFailures(FailureCode, [this] {
-        UnloadRows();
+        DetachRows();
         m_entries.reset();
+        m_activeEntryIndex = 0;
         SetFocusEntry(0);
         m_lastRowIndex = 0;
         m_reservedRowIndex = 0;
@@ -211,18 +224,21 @@ void ctlDay::ClearDates()
     });
 }
 
-void ctlDay::UnloadRows()
+/*!
+    The rows leave the cell's collection but stay loaded, hidden, for the next fill to reuse:
+    refilling a cell of thousands of rows then creates none. A row that leaves lets go of the
+    mouse, as a destroyed window loses its capture.
+*/
+void ctlDay::DetachRows()
 {
-    // An unloaded row lets go of the mouse, as a destroyed window loses its capture.
     ReleaseCapture();
     m_mouse->ForgetPress();
     if (!m_entries)
         return;
-    const QList<ctlEntry *> rows = m_entries->rows;
+    for (ctlEntry *row : std::as_const(m_entries->rows))
+        row->setVisible(false);
     m_entries->rows.clear();
     m_entries->byKey.clear();
-    for (ctlEntry *row : rows)
-        m_rows.Unload(row->property("Index").toInt());
 }
 
 ctlEntry *ctlDay::Entries(qint16 index) const

@@ -82,7 +82,7 @@ public:
     void AddDate(qint32 dateId, const kvDate &dateBegin, const kvDate &dateEnd,
                  const QString &text, const QString &remark, const QString &document,
                  qint16 imgId, uint backColor, uint foreColor);
-    //! Removes all rows and icons.
+    //! Removes all rows and icons; the rows are kept hidden for the next AddDate calls to reuse.
     void ClearDates();
 
     kvDate datDay() const { return m_datDay; }
@@ -181,7 +181,8 @@ private:
     void ConnectRow(ctlEntry *row, qint16 index);
     void ConnectHeader();
     void AddIcon(qint16 imgId);
-    void UnloadRows();
+    ctlEntry *TakeRow(qint16 index);
+    void DetachRows();
 
     void SyncLayout();
     int InnerWidth() const;

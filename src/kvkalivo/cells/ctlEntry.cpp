@@ -6,6 +6,7 @@
 #include <QFontMetrics>
 #include <QPainter>
 #include <QPalette>
+#include <QStaticText>
 
 #include <algorithm>
 
@@ -435,6 +436,30 @@ void ctlEntry::PaintLabel(QPainter &painter, const QPalette &palette, const Labe
     // The time column starts at the cell's edge; one pixel keeps its digits off the border.
     // lblText gets no indent: a caption that fits its label exactly must show whole.
     const int indent = &label == &m_lblTime ? TimeIndent : 0;
-    painter.drawText(rect.adjusted(indent, 0, 0, 0),
-                     Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, label.Caption);
+    const QRect textRect = rect.adjusted(indent, 0, 0, 0);
+    const QStaticText &text = Shaped(label, font);
+    const QSizeF size = text.size();
+    const QPointF topLeft(textRect.left(), textRect.top() + (textRect.height() - size.height()) / 2);
+    // Clipped to its label, as a row partly under the header or below the cell's edge is.
+    const bool fits = QRectF(textRect).contains(QRectF(topLeft, size));
+    if (!fits) {
+        painter.save();
+        painter.setClipRect(textRect, Qt::IntersectClip);
+    }
+    painter.drawStaticText(topLeft, text);
+    if (!fits)
+        painter.restore();
+}
+
+const QStaticText &ctlEntry::Shaped(const Label &label, const QFont &font) const
+{
+    ShapedCaption &shaped = &label == &m_lblTime ? m_shapedTime : m_shapedText;
+    if (shaped.text.text() != label.Caption || shaped.font != font) {
+        shaped.text.setText(label.Caption);
+        shaped.text.setTextFormat(Qt::PlainText);
+        shaped.text.setPerformanceHint(QStaticText::AggressiveCaching);
+        shaped.text.prepare(QTransform(), font);
+        shaped.font = font;
+    }
+    return shaped.text;
 }

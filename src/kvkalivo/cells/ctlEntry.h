@@ -8,6 +8,7 @@
 #include <QObject>
 #include <QPointF>
 #include <QRect>
+#include <QStaticText>
 #include <QString>
 
 class QPainter;
@@ -208,6 +209,7 @@ private:
     QPointF ToRowPixels(Part part, QPointF rowPos) const;
     static QPointF LabelToRow(const Label &label, QPointF labelPos);
     void PaintLabel(QPainter &painter, const QPalette &palette, const Label &label) const;
+    const QStaticText &Shaped(const Label &label, const QFont &font) const;
 
     qint32 m_dateId = 0;
     qint16 m_listindex = 0;
@@ -234,5 +236,14 @@ private:
     mutable int m_ellipsisWidth = -1;
     Label m_lblTime;
     mutable Label m_lblText;
+
+    //! A label's caption shaped once, painted as often as the cell is.
+    struct ShapedCaption
+    {
+        QStaticText text;
+        QFont font;
+    };
+    mutable ShapedCaption m_shapedTime;
+    mutable ShapedCaption m_shapedText;
     Line m_linSeperator;
 };

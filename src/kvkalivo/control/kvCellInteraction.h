@@ -31,6 +31,8 @@ public:
     //! Mode off, both timers stopped, tooltip hidden, and the row lets go of the mouse.
     void HideToolTip();
     void ReleaseRowCapture();
+    //! The rows are filled anew: a new row at a former row's address is another row.
+    void ForgetRows() { m_tooltipRowHandle = 0; }
     //! The keys of the grid; false when the focus is not in a day cell or the key is not the grid's.
     bool HandleKey(const QKeyEvent &event);
 

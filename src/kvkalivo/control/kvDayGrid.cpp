@@ -52,18 +52,18 @@ kvDayGrid::~kvDayGrid() = default;
 
 // --- Arrangement ---------------------------------------------------------------------------------
 
-void kvDayGrid::ArrangeGrid()
+void kvDayGrid::ArrangeGrid(Refill refill)
 {
     qint16 step = 0;
     try {
-        ArrangeGridStages(step);
+        ArrangeGridStages(step, refill);
     } catch (...) {
         d.ReportError(kvErrorReporting::StepCode(900, step), kvErrorReporting::DescribeCurrentException());
     }
     Q_EMIT gridArranged();
 }
 
-void kvDayGrid::ArrangeGridStages(qint16 &step)
+void kvDayGrid::ArrangeGridStages(qint16 &step, Refill refill)
 {
     auto stage = [&step](qint16 number) {
         step = number;
@@ -76,7 +76,10 @@ void kvDayGrid::ArrangeGridStages(qint16 &step)
         m_gridTabStop = nullptr;
         d.q->setFocus(Qt::OtherFocusReason); // the control keeps the grid's focus for the new cells
     }
-    UnloadDayCells();
+    d.interaction->ReleaseRowCapture();
+    m_gridTabStop = nullptr;
+    if (!d.settings.UserMode)
+        UnloadDayCells(); // design mode shows cells without days: fresh ones
     kvGridGeometry::Input input;
     input.scaleWidth = d.q->width();
     input.captionTop = d.chrome->HeaderHeight() + 1;
@@ -95,7 +98,10 @@ void kvDayGrid::ArrangeGridStages(qint16 &step)
     stage(8);
     d.chrome->Place();
     stage(9);
-    FillGrid();
+    if (refill == Refill::Always || m_filledFor != CurrentContent())
+        RefillCells();
+    else
+        m_weekColumn->Paint(); // the weeks it holds, in sections of the new height
     stage(10);
     ApplyColours();
 }
@@ -140,9 +146,15 @@ QString kvDayGrid::WeekdayCaption(int column, int columns, const QLocale &calend
     return kv::WeekdayName(column, false, calendarLocale);
 }
 
+/*!
+    The cells stay from one arrangement to the next: only a change in their number loads or
+    unloads the difference, so that moving through the dates refills the cells it has.
+*/
 void kvDayGrid::PlaceDayCells()
 {
     const QList<QRect> &cells = m_geometry.cells();
+    for (int index = m_days->UBound(); index > cells.size(); --index)
+        m_days->Unload(index);
     for (int index = 1; index <= cells.size(); ++index) {
         ctlDay *cell = m_days->isLoaded(index) ? (*m_days)(index) : m_days->Load(index);
         cell->setBorderVisible(d.settings.BorderStyle != kvKalivo::kvNone);
@@ -229,6 +241,7 @@ bool kvDayGrid::IsOtherMonth(const kvDate &day) const
 
 void kvDayGrid::FillGrid()
 {
+    m_filledFor.reset();
     qint16 step = 0;
     QString pendingCode;
     try {
@@ -237,8 +250,31 @@ void kvDayGrid::FillGrid()
         d.ReportError(kvErrorReporting::StepCode(1100, step), kvErrorReporting::DescribeCurrentException());
         return;
     }
-    if (!pendingCode.isEmpty())
+    if (!pendingCode.isEmpty()) {
         kvErrorReporting::ReportPendingCode(pendingCode, [this](kvError &error) { Q_EMIT d.q->Error(error); });
+        return;
+    }
+    m_filledFor = CurrentContent();
+}
+
+void kvDayGrid::RefillCells()
+{
+    d.interaction->ForgetRows();
+    for (int index = 1; index <= DayCellCount(); ++index)
+        (*m_days)(index)->ClearDates();
+    FillGrid();
+}
+
+/*!
+    The days the cells show, how, and where they are read from; a resize that leaves these as
+    they were keeps the rows the cells hold and reads nothing.
+*/
+kvDayGrid::Content kvDayGrid::CurrentContent() const
+{
+    const kvConnection *connection = d.store->Connection();
+    return Content{FirstGridDate(), DayCellCount(), d.settings.UserMode, d.settings.PublicHoliday,
+                   connection, connection ? connection->State() : 0, d.settings.RecordSource,
+                   d.store->ParameterizedSql()};
 }
 
 void kvDayGrid::FillGridStages(qint16 &step, QString &pendingCode)
@@ -287,8 +323,7 @@ void kvDayGrid::FillDayCell(int index, const kvDate &day, QString &pendingCode)
         cell->setTodayHeaderColor(settings.TodayHeaderColor);
         cell->setIsToday(true);
     }
-    if (settings.PublicHoliday)
-        cell->setPublicHolidayName(kv::GetPublicHolidayName(day));
+    cell->setPublicHolidayName(settings.PublicHoliday ? kv::GetPublicHolidayName(day) : QString());
     if (IsFirstCellOfRow(index))
         m_weekColumn->Add(QString::number(kv::GetCalendarWeek(day)));
     const QString failure = d.store->LoadDayAppointments(day, kvDayCellFiller(*cell, settings.BackColor));
@@ -312,9 +347,7 @@ void kvDayGrid::Reload()
 {
     try {
         d.interaction->HideToolTip(); // and the row that could hold the mouse lets go: the rows are unloaded
-        for (int index = 1; index <= DayCellCount(); ++index)
-            (*m_days)(index)->ClearDates();
-        FillGrid();
+        RefillCells();
         MarkActualDay();
     } catch (...) {
         d.ReportError(400, kvErrorReporting::DescribeCurrentException());

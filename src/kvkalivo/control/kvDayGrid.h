@@ -7,10 +7,13 @@
 
 #include <QObject>
 #include <QPointer>
+#include <QString>
 
 #include <memory>
+#include <optional>
 
 class QFrame;
+class kvConnection;
 class QLabel;
 class QLocale;
 class QWidget;
@@ -34,7 +37,11 @@ public:
     explicit kvDayGrid(kvKalivoPrivate &d);
     ~kvDayGrid() override;
 
-    void ArrangeGrid();
+    enum class Refill {
+        Always,       //!< the cells are filled anew from the store
+        IfDaysChanged //!< a resize: cells that show the same days keep their rows, nothing is read
+    };
+    void ArrangeGrid(Refill refill = Refill::Always);
     void FillGrid();
     //! Refills the cells of the current arrangement and marks the actual day; failures: 400.
     void Reload();
@@ -63,12 +70,27 @@ Q_SIGNALS:
     void coloursApplied();
 
 private:
-    void ArrangeGridStages(qint16 &step);
+    struct Content
+    {
+        kvDate firstDay;
+        int cells = 0;
+        bool userMode = false;
+        bool publicHoliday = false;
+        const kvConnection *connection = nullptr;
+        int connectionState = 0;
+        QString recordSource;
+        bool parameterizedSql = false;
+        bool operator==(const Content &) const = default;
+    };
+
+    void ArrangeGridStages(qint16 &step, Refill refill);
     void PlaceWeekdayCaptions();
     static QString WeekdayCaption(int column, int columns, const QLocale &calendarLocale);
     void PlaceDayCells();
     void PlaceWeekColumn();
     void FillGridStages(qint16 &step, QString &pendingCode);
+    void RefillCells();
+    Content CurrentContent() const;
     void FillDayCell(int index, const kvDate &day, QString &pendingCode);
     QString MonthCaption(const kvDate &first, const kvDate &last) const;
     void PlaceGridTabStop(ctlDay *actualCell);
@@ -84,5 +106,6 @@ private:
     std::unique_ptr<kvControlArray<QLabel>> m_weekdayCaptions;
     QFrame *m_corner = nullptr;
     ctlKW *m_weekColumn = nullptr;
+    std::optional<Content> m_filledFor; //!< what the cells show after a fill without failure
     QPointer<QWidget> m_gridTabStop; //!< the actual day's cell, where the keyboard enters the grid
 };

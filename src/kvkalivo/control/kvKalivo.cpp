@@ -155,7 +155,8 @@ void kvKalivo::paintEvent(QPaintEvent *event)
 void kvKalivo::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
-    d->Relayout();
+    d->grid->ArrangeGrid(kvDayGrid::Refill::IfDaysChanged);
+    d->grid->MarkActualDay();
 }
 
 void kvKalivo::changeEvent(QEvent *event)
