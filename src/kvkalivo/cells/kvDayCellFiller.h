@@ -13,7 +13,7 @@ class ctlDay;
     store.LoadDayAppointments(day, kvDayCellFiller(cell, backColor));
     \endcode
 */
-class KVKALIVO_EXPORT kvDayCellFiller final : public kvDayRowSink
+class KVKALIVO_TESTS_EXPORT kvDayCellFiller final : public kvDayRowSink
 {
 public:
     kvDayCellFiller(ctlDay &cell, uint backColor);
