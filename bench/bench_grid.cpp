@@ -585,6 +585,51 @@ void printQueryPlan(kvConnection &connection, const Window &grid)
     printPlan(connection, statement);
 }
 
+// --- instruction counts ------------------------------------------------------------------------
+//
+// With --instructions the run only repeats the two functions below, for callgrind to count:
+//   valgrind --tool=callgrind --collect-atstart=no --toggle-collect='*instructionsOf*' \
+//       ./bench_grid --instructions --sizes 1000000 --runs 3
+//   callgrind_annotate --inclusive=yes callgrind.out.<pid> | grep instructionsOf
+// gives the instructions of one month Forward + paint (divide by --runs) and of its floor.
+
+Q_NEVER_INLINE void instructionsOfForwardAndPaint(Shown &shown, QAction *forward)
+{
+    forward->trigger();
+    shown.paint();
+}
+
+Q_NEVER_INLINE void instructionsOfFloor(kvConnection &connection, const std::vector<kvSqlStatement> &gridQuery,
+                                         Shown &empty)
+{
+    runQueries(connection, gridQuery, QueryMode::GridQuery);
+    empty.paint();
+}
+
+void countInstructions(const Settings &settings, const QString &file, const Window &grid, const QDate &target)
+{
+    kvConnection connection;
+    connection.Open(QStringLiteral("Driver=SQLite3;Database=") + file);
+    Shown shown(&connection);
+    Shown empty(nullptr);
+    warmUp(shown, kvKalivo::kvMonth, target);
+    warmUp(empty, kvKalivo::kvMonth, target);
+    const std::vector<kvSqlStatement> gridQuery = gridStatements(connection, grid, QueryMode::GridQuery);
+    QAction *forward = toolbarAction(*shown.control, "Forward");
+    for (int run = 0; run < settings.runs; ++run) {
+        shown.control->setActualDate(target.addMonths(-1));
+        settle();
+        instructionsOfForwardAndPaint(shown, forward);
+        settle();
+        instructionsOfFloor(connection, gridQuery, empty);
+    }
+    std::printf("  %d month Forward + paint and %d floors counted; %d rows shown\n", settings.runs, settings.runs,
+                shown.shownEntries());
+    delete shown.control;
+    shown.control = nullptr;
+    connection.Close();
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -605,7 +650,10 @@ int main(int argc, char *argv[])
     const QCommandLineOption analyzeOption(QStringLiteral("analyze"), QStringLiteral("Run ANALYZE after filling."));
     const QCommandLineOption dirOption(QStringLiteral("dir"), QStringLiteral("Keep the databases in this directory."),
                                        QStringLiteral("dir"));
-    parser.addOptions({sizesOption, runsOption, budgetOption, analyzeOption, dirOption});
+    const QCommandLineOption instructionsOption(
+        QStringLiteral("instructions"),
+        QStringLiteral("Only repeat one month Forward + paint and its floor (present), for callgrind to count."));
+    parser.addOptions({sizesOption, runsOption, budgetOption, analyzeOption, dirOption, instructionsOption});
     parser.process(app);
 
     Settings settings;
@@ -638,6 +686,26 @@ int main(int argc, char *argv[])
             grids[p] = {kvKalivoTestAccess::DayCell(*probe.control, 1)->datDay().date(),
                         kvKalivoTestAccess::DayCell(*probe.control, kvKalivoTestAccess::DayCellCount(*probe.control))->datDay().date()};
         }
+    }
+
+    // The database of \a size rows in settings.dir, built unless it is there.
+    const auto databaseOf = [&settings, &grids](int size) {
+        const QString file = QDir(settings.dir).filePath(QStringLiteral("bench_grid_%1%2.sqlite")
+                                                             .arg(size)
+                                                             .arg(settings.analyze ? QStringLiteral("_analyzed") : QString()));
+        if (countRows(file) == size)
+            std::printf("  reusing %s\n", qPrintable(file));
+        else
+            buildTable(file, size, grids[0], grids[1], settings.analyze);
+        return file;
+    };
+
+    if (parser.isSet(instructionsOption)) {
+        for (const int size : settings.sizes) {
+            std::printf("%s rows in the table:\n", qPrintable(thousands(size)));
+            countInstructions(settings, databaseOf(size), grids[0], targets[0]);
+        }
+        return 0;
     }
 
     std::printf("kvKalivo grid benchmark: SQLite, ParameterizedSql on, PublicHoliday on, control at 1280 x 800,"
@@ -683,14 +751,8 @@ int main(int argc, char *argv[])
 
     for (const int size : settings.sizes) {
         const QString sizeText = thousands(size);
-        const QString file = QDir(settings.dir).filePath(QStringLiteral("bench_grid_%1%2.sqlite")
-                                                             .arg(size)
-                                                             .arg(settings.analyze ? QStringLiteral("_analyzed") : QString()));
         std::printf("%s rows in the table:\n", qPrintable(sizeText));
-        if (countRows(file) == size)
-            std::printf("  reusing %s\n", qPrintable(file));
-        else
-            buildTable(file, size, grids[0], grids[1], settings.analyze);
+        const QString file = databaseOf(size);
 
         kvConnection connection;
         connection.Open(QStringLiteral("Driver=SQLite3;Database=") + file);
