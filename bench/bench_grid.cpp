@@ -1,4 +1,4 @@
-// Speed of the calendar grid on SQLite (issue 5, "Speed: benchmarks, not timed tests").
+// Speed of the calendar grid on SQLite and MariaDB (issues 5 and 14).
 //
 // Fills an SQLite table made by kvAppointmentTable::Create with 2,000 (the two visible months
 // alone), 10,000, 100,000 and 1,000,000 rows and measures, as medians and 95th percentiles over
@@ -27,13 +27,20 @@
 // empty cells) and SQLite's plan of the grid query. A "what-if" line times the 42 per-day
 // queries without any floor for the same grid (what the store sent before issue 14).
 //
+// With --mariadb the same figures follow for a MariaDB table (--mariadb-sizes, 100,000 rows by
+// default); bench/run-with-mariadb.sh starts a throwaway server for it. At the end a table puts
+// the main figures of every table and position side by side.
+//
 // Run it offscreen:
 //   QT_QPA_PLATFORM=offscreen ./bench_grid [--sizes 2000,10000,100000,1000000] [--runs 100]
 //                                          [--budget 20] [--analyze] [--dir DIR]
+//                                          [--mariadb CONNECTION --mariadb-sizes 100000]
+//                                          [--instructions]
 //   --runs     runs per figure (default 100); a figure stops early after --budget seconds
 //              (default 20), with at least 3 runs, so the slowest cases stay bearable
 //   --analyze  run ANALYZE after filling (gives SQLite's planner statistics; off by default,
 //              as a host's database normally has none)
+//   --instructions  see "instruction counts" below: for callgrind
 //   --dir      keep the databases in DIR (default: a temporary directory, removed at the end);
 //              an existing database of the right size there is reused
 
@@ -68,6 +75,7 @@
 #include <cmath>
 #include <cstdio>
 #include <functional>
+#include <map>
 #include <vector>
 
 namespace {
@@ -122,6 +130,8 @@ struct Settings
     double budgetSeconds = 20;
     bool analyze = false;
     QString dir;
+    QString mariaDb;   // a connection string; empty: SQLite only
+    QList<int> mariaDbSizes{100000};
 };
 
 constexpr int MinimumRuns = 3;
@@ -147,6 +157,41 @@ struct Row
 };
 
 std::vector<Row> g_table;
+
+// The side-by-side table: one column per table and position, one line per figure.
+std::vector<QString> g_columns;
+std::map<std::pair<QString, QString>, double> g_sideBySide;   // (figure, column) -> median
+
+void note(const QString &column, const QString &figure, double median)
+{
+    if (std::find(g_columns.begin(), g_columns.end(), column) == g_columns.end())
+        g_columns.push_back(column);
+    g_sideBySide[{figure, column}] = median;
+}
+
+void printSideBySide()
+{
+    static const char *const figures[] = {
+        "month Forward + paint", "  month Forward alone", "  paint alone", "  floor", "  ratio to the floor",
+        "resize + paint", "  repaint alone", "  ratio to the repaint", "week Forward + paint", "  week floor",
+        "  week ratio to the floor",
+    };
+    std::printf("\nSide by side (medians in ms, ratios bare):\n%-28s", "");
+    for (const QString &column : g_columns)
+        std::printf(" %22s", qPrintable(column));
+    std::printf("\n");
+    for (const char *figure : figures) {
+        std::printf("%-28s", figure);
+        for (const QString &column : g_columns) {
+            const auto found = g_sideBySide.find({QString::fromLatin1(figure), column});
+            if (found == g_sideBySide.end())
+                std::printf(" %22s", "-");
+            else
+                std::printf(" %22.2f", found->second);
+        }
+        std::printf("\n");
+    }
+}
 
 QString thousands(long long value)
 {
@@ -233,23 +278,13 @@ std::vector<Appointment> generate(int total, const Window &present, const Window
     return rows;
 }
 
-long long countRows(const QString &file)
+// The rows of the table behind \a connection, -1 without one.
+long long countRows(kvConnection &connection)
 {
-    if (!QFile::exists(file))
+    QSqlQuery query(connection.Database());
+    if (!query.exec(QStringLiteral("SELECT COUNT(*) FROM ") + TableName) || !query.next())
         return -1;
-    long long count = -1;
-    {
-        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("bench_count"));
-        db.setDatabaseName(file);
-        if (db.open()) {
-            QSqlQuery query(QStringLiteral("SELECT COUNT(*) FROM ") + TableName, db);
-            if (query.next())
-                count = query.value(0).toLongLong();
-        }
-        db.close();
-    }
-    QSqlDatabase::removeDatabase(QStringLiteral("bench_count"));
-    return count;
+    return query.value(0).toLongLong();
 }
 
 // Inserts \a rows with one prepared statement in one transaction, dates as the data layer
@@ -287,24 +322,21 @@ void insertRows(QSqlDatabase db, const std::vector<Appointment> &rows, bool anal
         pragma.exec(QStringLiteral("ANALYZE"));
 }
 
-// Creates \a file with \a total rows; prints and returns the seconds it took.
-double buildTable(const QString &file, int total, const Window &present, const Window &past, bool analyze)
+// Makes the table of \a connection anew with \a total rows; prints and returns the seconds it took.
+double buildTable(kvConnection &connection, int total, const Window &present, const Window &past, bool analyze)
 {
-    QFile::remove(file);
     QElapsedTimer timer;
     timer.start();
     const std::vector<Appointment> rows = generate(total, present, past);
     const double generated = msSince(timer) / 1000;
 
-    kvConnection connection;
-    connection.Open(QStringLiteral("Driver=SQLite3;Database=") + file);
+    QSqlQuery(connection.Database()).exec(QStringLiteral("DROP TABLE ") + TableName);
     kvAppointmentTable::Create(connection, TableName);
     insertRows(connection.Database(), rows, analyze);
-    connection.Close();
     const double seconds = msSince(timer) / 1000;
-    std::printf("  built %s rows in %.1f s (generating %.1f s, inserting and committing %.1f s)%s, %.0f MiB\n",
+    std::printf("  built %s rows in %.1f s (generating %.1f s, inserting and committing %.1f s)%s\n",
                 qPrintable(thousands(total)), seconds, generated, seconds - generated,
-                analyze ? " with ANALYZE" : "", double(QFileInfo(file).size()) / 1048576.0);
+                analyze ? " with ANALYZE" : "");
     std::fflush(stdout);
     return seconds;
 }
@@ -440,6 +472,7 @@ ForwardFigures measureForward(const Settings &settings, Shown &shown, kvKalivo::
 struct ResizeFigures
 {
     Figures relayout, withPaint;
+    Figures repaint;   // painting again right after, nothing changed
     int arranged = 0;
 };
 
@@ -451,7 +484,7 @@ ResizeFigures measureResize(const Settings &settings, Shown &shown, const QDate 
     settle();
     int arranged = 0;
     const auto counter = QObject::connect(kvKalivoTestAccess::Grid(control), &kvDayGrid::gridArranged, [&arranged] { ++arranged; });
-    std::vector<double> relayouts, totals;
+    std::vector<double> relayouts, totals, repaints;
     bool small = false;
     int runs = 0;
     repeat(settings, [&] {
@@ -463,6 +496,9 @@ ResizeFigures measureResize(const Settings &settings, Shown &shown, const QDate 
         shown.paint();
         totals.push_back(msSince(timer));
         relayouts.push_back(relayout);
+        timer.start();
+        shown.paint();
+        repaints.push_back(msSince(timer));
         ++runs;
         settle();
     });
@@ -472,6 +508,7 @@ ResizeFigures measureResize(const Settings &settings, Shown &shown, const QDate 
     ResizeFigures figures;
     figures.relayout = figuresOf(relayouts);
     figures.withPaint = figuresOf(totals);
+    figures.repaint = figuresOf(repaints);
     figures.arranged = arranged == runs ? 1 : -1;
     if (arranged != runs)
         std::fprintf(stderr, "warning: %d re-layouts for %d resizes\n", arranged, runs);
@@ -485,14 +522,32 @@ enum class QueryMode {
     Unbounded,        // what-if: the 42 day queries without any floor (the store before issue 14)
 };
 
-// As kvAppointmentStore::GridFloor on SQLite: the first day less the longest duration and a day.
-kvDate gridFloor(kvConnection &connection, const kvTableName &table, const kvDate &first)
+// The first value of \a statement's first row, null without one.
+QVariant firstValue(kvConnection &connection, const kvSqlStatement &statement)
 {
-    const kvSqlStatement longest = kvParameterizedSql::LongestDurationQuery(table);
     QSqlQuery query(connection.Database());
-    if (!query.exec(longest.Text) || !query.next() || query.value(0).isNull())
+    query.prepare(statement.Text);
+    for (int i = 0; i < statement.Values.size(); ++i)
+        query.bindValue(i, statement.Values.at(i));
+    if (!query.exec() || !query.next())
+        return {};
+    return query.value(0);
+}
+
+// As kvAppointmentStore::GridFloor: on SQLite the first day less the longest duration and a
+// day, elsewhere the earliest begin of the appointments reaching into the grid.
+kvDate gridFloor(kvConnection &connection, const kvTableName &table, const kvDate &first, int dialect,
+                 kvParameterizedSql::Engine engine)
+{
+    if (engine != kvParameterizedSql::Engine::SQLite) {
+        const QVariant earliest =
+            firstValue(connection, kvParameterizedSql::EarliestOverlapQuery(table, first, dialect, engine));
+        return earliest.isNull() ? first : std::min(first, kvDate::fromDate(earliest.toDateTime().date()));
+    }
+    const QVariant longest = firstValue(connection, kvParameterizedSql::LongestDurationQuery(table));
+    if (longest.isNull())
         return first;
-    return first.addDays(-qint64(std::ceil(query.value(0).toDouble())) - 1);
+    return first.addDays(-qint64(std::ceil(longest.toDouble())) - 1);
 }
 
 // The statements of \a mode for the grid \a grid.
@@ -508,10 +563,16 @@ std::vector<kvSqlStatement> gridStatements(kvConnection &connection, const Windo
             statements.push_back(kvParameterizedSql::DayQuery(table, kvDate::fromDate(day), dialect, engine));
         return statements;
     }
-    if (mode != QueryMode::GridQuery)
-        statements.push_back(kvParameterizedSql::ChangeMarkerQuery());
+    // What the store sends before the grid query: SQLite's change marker, elsewhere the search
+    // for the earliest appointment reaching into the grid.
+    if (mode != QueryMode::GridQuery) {
+        statements.push_back(engine == kvParameterizedSql::Engine::SQLite
+                                 ? kvParameterizedSql::ChangeMarkerQuery()
+                                 : kvParameterizedSql::EarliestOverlapQuery(table, first, dialect, engine));
+    }
     statements.push_back(kvParameterizedSql::GridQuery(table, first, kvDate::fromDate(grid.last.addDays(1)),
-                                                       gridFloor(connection, table, first), dialect, engine));
+                                                       gridFloor(connection, table, first, dialect, engine),
+                                                       dialect, engine));
     return statements;
 }
 
@@ -606,10 +667,8 @@ Q_NEVER_INLINE void instructionsOfFloor(kvConnection &connection, const std::vec
     empty.paint();
 }
 
-void countInstructions(const Settings &settings, const QString &file, const Window &grid, const QDate &target)
+void countInstructions(const Settings &settings, kvConnection &connection, const Window &grid, const QDate &target)
 {
-    kvConnection connection;
-    connection.Open(QStringLiteral("Driver=SQLite3;Database=") + file);
     Shown shown(&connection);
     Shown empty(nullptr);
     warmUp(shown, kvKalivo::kvMonth, target);
@@ -625,7 +684,7 @@ void countInstructions(const Settings &settings, const QString &file, const Wind
     }
     std::printf("  %d month Forward + paint and %d floors counted; %d rows shown\n", settings.runs, settings.runs,
                 shown.shownEntries());
-    delete shown.control;
+    delete shown.control;   // lets go of the connection before it closes
     shown.control = nullptr;
     connection.Close();
 }
@@ -639,7 +698,7 @@ int main(int argc, char *argv[])
     QApplication app(argc, argv);
 
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("kvKalivo grid benchmark (SQLite)"));
+    parser.setApplicationDescription(QStringLiteral("kvKalivo grid benchmark (SQLite, optionally MariaDB)"));
     parser.addHelpOption();
     const QCommandLineOption sizesOption(QStringLiteral("sizes"), QStringLiteral("Table sizes, comma-separated."),
                                          QStringLiteral("list"), QStringLiteral("2000,10000,100000,1000000"));
@@ -653,19 +712,33 @@ int main(int argc, char *argv[])
     const QCommandLineOption instructionsOption(
         QStringLiteral("instructions"),
         QStringLiteral("Only repeat one month Forward + paint and its floor (present), for callgrind to count."));
-    parser.addOptions({sizesOption, runsOption, budgetOption, analyzeOption, dirOption, instructionsOption});
+    const QCommandLineOption mariaDbOption(QStringLiteral("mariadb"),
+                                           QStringLiteral("Also measure the MariaDB database of this connection string."),
+                                           QStringLiteral("connection string"));
+    const QCommandLineOption mariaDbSizesOption(QStringLiteral("mariadb-sizes"),
+                                                QStringLiteral("Table sizes on MariaDB, comma-separated."),
+                                                QStringLiteral("list"), QStringLiteral("100000"));
+    parser.addOptions({sizesOption, runsOption, budgetOption, analyzeOption, dirOption, instructionsOption,
+                       mariaDbOption, mariaDbSizesOption});
     parser.process(app);
 
     Settings settings;
-    settings.sizes.clear();
-    for (const QString &size : parser.value(sizesOption).split(QLatin1Char(','), Qt::SkipEmptyParts)) {
-        const int value = size.trimmed().toInt();
-        if (value < 2 * VisibleRows) {
-            std::fprintf(stderr, "sizes must be at least %d (the two visible months)\n", 2 * VisibleRows);
-            return 2;
+    const auto sizesOf = [](const QString &list, QList<int> &sizes) {
+        sizes.clear();
+        for (const QString &size : list.split(QLatin1Char(','), Qt::SkipEmptyParts)) {
+            const int value = size.trimmed().toInt();
+            if (value < 2 * VisibleRows) {
+                std::fprintf(stderr, "sizes must be at least %d (the two visible months)\n", 2 * VisibleRows);
+                return false;
+            }
+            sizes << value;
         }
-        settings.sizes << value;
-    }
+        return true;
+    };
+    if (!sizesOf(parser.value(sizesOption), settings.sizes)
+        || !sizesOf(parser.value(mariaDbSizesOption), settings.mariaDbSizes))
+        return 2;
+    settings.mariaDb = parser.value(mariaDbOption);
     settings.runs = std::max(1, parser.value(runsOption).toInt());
     settings.budgetSeconds = std::max(0.1, parser.value(budgetOption).toDouble());
     settings.analyze = parser.isSet(analyzeOption);
@@ -689,27 +762,53 @@ int main(int argc, char *argv[])
     }
 
     // The database of \a size rows in settings.dir, built unless it is there.
-    const auto databaseOf = [&settings, &grids](int size) {
-        const QString file = QDir(settings.dir).filePath(QStringLiteral("bench_grid_%1%2.sqlite")
-                                                             .arg(size)
-                                                             .arg(settings.analyze ? QStringLiteral("_analyzed") : QString()));
-        if (countRows(file) == size)
-            std::printf("  reusing %s\n", qPrintable(file));
+    // The tables to measure: SQLite files of each size in settings.dir (built unless they are
+    // there), then the MariaDB table of each --mariadb-sizes (built unless it has that size).
+    struct Source
+    {
+        QString label;   // "100,000" or "100,000 MariaDB"
+        int size = 0;
+        bool sqlite = true;
+    };
+    std::vector<Source> sources;
+    for (const int size : settings.sizes)
+        sources.push_back({thousands(size), size, true});
+    if (!settings.mariaDb.isEmpty()) {
+        for (const int size : settings.mariaDbSizes)
+            sources.push_back({thousands(size) + QStringLiteral(" MariaDB"), size, false});
+    }
+    const auto open = [&settings, &grids](kvConnection &connection, const Source &source) {
+        if (!source.sqlite) {
+            connection.Open(settings.mariaDb);
+        } else {
+            const QString file = QDir(settings.dir).filePath(
+                QStringLiteral("bench_grid_%1%2.sqlite").arg(source.size).arg(settings.analyze ? QStringLiteral("_analyzed") : QString()));
+            connection.Open(QStringLiteral("Driver=SQLite3;Database=") + file);
+            if (countRows(connection) != source.size) {
+                connection.Close();
+                QFile::remove(file);
+                connection.Open(QStringLiteral("Driver=SQLite3;Database=") + file);
+            }
+        }
+        if (countRows(connection) == source.size)
+            std::printf("  reusing the table of %s rows\n", qPrintable(source.label));
         else
-            buildTable(file, size, grids[0], grids[1], settings.analyze);
-        return file;
+            buildTable(connection, source.size, grids[0], grids[1], settings.analyze);
     };
 
     if (parser.isSet(instructionsOption)) {
-        for (const int size : settings.sizes) {
-            std::printf("%s rows in the table:\n", qPrintable(thousands(size)));
-            countInstructions(settings, databaseOf(size), grids[0], targets[0]);
+        for (const Source &source : sources) {
+            std::printf("%s rows in the table:\n", qPrintable(source.label));
+            kvConnection connection;
+            open(connection, source);
+            countInstructions(settings, connection, grids[0], targets[0]);
         }
         return 0;
     }
 
-    std::printf("kvKalivo grid benchmark: SQLite, ParameterizedSql on, PublicHoliday on, control at 1280 x 800,"
-                " QT_QPA_PLATFORM=%s\n", qgetenv("QT_QPA_PLATFORM").constData());
+    std::printf("kvKalivo grid benchmark: SQLite%s, ParameterizedSql on, PublicHoliday on, control at 1280 x 800,"
+                " QT_QPA_PLATFORM=%s\n", settings.mariaDb.isEmpty() ? "" : " and MariaDB",
+                qgetenv("QT_QPA_PLATFORM").constData());
     std::printf("present: %s (grid %s .. %s), 8 years back: %s (grid %s .. %s); %d rows in each grid\n",
                 qPrintable(targets[0].toString(Qt::ISODate)), qPrintable(grids[0].first.toString(Qt::ISODate)),
                 qPrintable(grids[0].last.toString(Qt::ISODate)), qPrintable(targets[1].toString(Qt::ISODate)),
@@ -749,14 +848,12 @@ int main(int argc, char *argv[])
     QStringList breakdowns;   // at TargetTableRows
     bool planPrinted = false;
 
-    for (const int size : settings.sizes) {
-        const QString sizeText = thousands(size);
+    for (const Source &source : sources) {
+        const QString &sizeText = source.label;
         std::printf("%s rows in the table:\n", qPrintable(sizeText));
-        const QString file = databaseOf(size);
-
         kvConnection connection;
-        connection.Open(QStringLiteral("Driver=SQLite3;Database=") + file);
-        if (!planPrinted) {
+        open(connection, source);
+        if (source.sqlite && !planPrinted) {
             printQueryPlan(connection, grids[0]);
             planPrinted = true;
         }
@@ -787,9 +884,19 @@ int main(int argc, char *argv[])
                         " %.2f ms; month Forward + paint / floor = %.1f\n",
                         qPrintable(positions[p]), floorQuery.median, emptyPaintMs, floorMs, month.total.median / floorMs);
             record(sizeText, positions[p], QStringLiteral("  Forward alone minus the queries (layout, fill)"), month.rest);
+            const QString column = sizeText + (p == 0 ? QString() : QStringLiteral(", 8 y back"));
+            note(column, QStringLiteral("month Forward + paint"), month.total.median);
+            note(column, QStringLiteral("  month Forward alone"), month.reload.median);
+            note(column, QStringLiteral("  paint alone"), month.paint.median);
+            note(column, QStringLiteral("  floor"), floorMs);
+            note(column, QStringLiteral("  ratio to the floor"), month.total.median / floorMs);
             const ResizeFigures resize = measureResize(settings, shown, targets[p]);
             record(sizeText, positions[p], QStringLiteral("month re-layout (resize)"), resize.relayout);
             record(sizeText, positions[p], QStringLiteral("month re-layout (resize) + paint"), resize.withPaint);
+            record(sizeText, positions[p], QStringLiteral("  repaint alone, right after"), resize.repaint);
+            note(column, QStringLiteral("resize + paint"), resize.withPaint.median);
+            note(column, QStringLiteral("  repaint alone"), resize.repaint.median);
+            note(column, QStringLiteral("  ratio to the repaint"), resize.withPaint.median / resize.repaint.median);
             const ForwardFigures week = measureForward(settings, shown, kvKalivo::kvWeek, targets[p], &connection);
             std::printf("  %s: one week Forward sends %d SQL statements and shows %d rows\n", qPrintable(positions[p]),
                         week.statements, week.entries);
@@ -802,6 +909,9 @@ int main(int argc, char *argv[])
                         qPrintable(positions[p]), figuresOf(weekFloor).median, weekEmptyPaintMs, weekFloorMs,
                         week.total.median / weekFloorMs);
             record(sizeText, positions[p], QStringLiteral("week Forward + paint"), week.total);
+            note(column, QStringLiteral("week Forward + paint"), week.total.median);
+            note(column, QStringLiteral("  week floor"), weekFloorMs);
+            note(column, QStringLiteral("  week ratio to the floor"), week.total.median / weekFloorMs);
             record(sizeText, positions[p], QStringLiteral("  week Forward alone"), week.reload);
             record(sizeText, positions[p], QStringLiteral("  paint alone (week)"), week.paint);
             record(sizeText, positions[p], QStringLiteral("what-if: 42 queries without the floor (raw)"),
@@ -818,7 +928,7 @@ int main(int argc, char *argv[])
                     .arg(emptyForwardMs, 0, 'f', 1)
                     .arg(month.paint.median, 0, 'f', 1);
             std::printf("  where the time goes (medians): %s\n", qPrintable(breakdown));
-            if (size == TargetTableRows) {
+            if (source.sqlite && source.size == TargetTableRows) {
                 verdicts.push_back({positions[p] + QStringLiteral(": month Forward + paint"), month.total.median});
                 verdicts.push_back({positions[p] + QStringLiteral(": month Forward without paint"), month.reload.median});
                 verdicts.push_back({positions[p] + QStringLiteral(": month re-layout (resize)"), resize.relayout.median});
@@ -838,6 +948,8 @@ int main(int argc, char *argv[])
     for (const Row &row : g_table)
         std::printf("%-11s %-13s %-52s %10.2f %10.2f %6d\n", qPrintable(row.size), qPrintable(row.position),
                     qPrintable(row.operation), row.figures.median, row.figures.p95, row.figures.runs);
+
+    printSideBySide();
 
     if (!verdicts.empty()) {
         std::printf("\nTargets (issue 5): reload and re-layout at most %.0f ms with %s rows stored (medians):\n",
