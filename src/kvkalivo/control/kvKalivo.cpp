@@ -19,6 +19,7 @@
 #include <QKeyEvent>
 #include <QPaintEvent>
 #include <QPainter>
+#include <QRegion>
 
 namespace {
 
@@ -146,9 +147,11 @@ void kvKalivo::WriteProperties(kvPropertyBag &bag) const
 void kvKalivo::paintEvent(QPaintEvent *event)
 {
     QPainter painter(this);
-    painter.fillRect(event->rect(), palette().window());
     const int headerHeight = d->chrome->HeaderHeight();
     const QRect surface(0, headerHeight, width(), d->chrome->StatusBarTop() - headerHeight);
+    // Each pixel is filled once: the surface behind the cells, the window colour around it.
+    for (const QRect &around : QRegion(event->rect()).subtracted(surface))
+        painter.fillRect(around, palette().window());
     painter.fillRect(surface.intersected(event->rect()), kvOleColor::ToQColor(DefaultSurfaceColor));
 }
 
