@@ -47,21 +47,6 @@ kvSqlStatement kvParameterizedSql::DayQuery(const kvTableName &table, const kvDa
     return {text, {d1, d1, d1, d2}};
 }
 
-kvSqlStatement kvParameterizedSql::DayQuery(const kvTableName &table, const kvDate &day,
-                                            const kvDate &beginFloor, int dialect, Engine engine)
-{
-    kvSqlStatement statement = DayQuery(table, day, dialect, engine);
-    // Both alternatives of the day query imply DateBegin < the next day; with the floor that
-    // makes one narrow index range instead of a scan of everything that began before the day.
-    const QString where = QStringLiteral(" Where ");
-    const QString bounds = QStringLiteral(" Where (%1.DateBegin >= ?) And (%1.DateBegin < ?) And (").arg(table.Table());
-    statement.Text.replace(statement.Text.indexOf(where), where.size(), bounds);
-    statement.Text.replace(QStringLiteral("ORDER BY "), QStringLiteral(")ORDER BY "));
-    statement.Values.prepend(BoundDate(day.addDays(1), dialect, engine));
-    statement.Values.prepend(BoundDate(beginFloor, dialect, engine));
-    return statement;
-}
-
 kvSqlStatement kvParameterizedSql::EarliestOverlapQuery(const kvTableName &table, const kvDate &from,
                                                         int dialect, Engine engine)
 {

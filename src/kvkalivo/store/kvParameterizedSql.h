@@ -42,12 +42,6 @@ public:
     // The table is a kvTableName: its columns are qualified by its own name, quoted as it needs.
     static kvSqlStatement DayQuery(const kvTableName &table, const kvDate &day, int dialect, Engine engine);
     /*!
-        DayQuery's rows, found through a range of the DateBegin index: no row that the day
-        query returns begins before \a beginFloor (see EarliestOverlapQuery).
-    */
-    static kvSqlStatement DayQuery(const kvTableName &table, const kvDate &day, const kvDate &beginFloor,
-                                   int dialect, Engine engine);
-    /*!
         The earliest DateBegin ("EarliestBegin", NULL for none) of the appointments that began
         before \a from and last until \a from or later: for every day from \a from on, an
         appointment that touches it begins on that day, after \a from, or not before this.
