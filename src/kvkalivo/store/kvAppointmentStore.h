@@ -16,6 +16,7 @@
 #include <functional>
 #include <optional>
 
+struct kvAppointmentColumnPositions;
 class kvConnection;
 class kvFields;
 class kvRecordset;
@@ -145,7 +146,7 @@ private:
     QString TableSource() const;
 
     kvSqlStatement DayStatement(const kvDate &day) const;
-    kvAppointmentValues ReadRow(const kvFields &fields, int &step) const;
+    kvAppointmentValues ReadRow(const kvFields &fields, const kvAppointmentColumnPositions &columns, int &step) const;
     static void HandOver(const kvAppointmentValues &appointment, const kvDate &day, const kvDayRowSink &rows,
                          int &step);
     void LoadGridRows(const kvDate &firstDay, int dayCount, int &step);
