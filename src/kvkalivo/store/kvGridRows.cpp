@@ -42,13 +42,6 @@ std::optional<kvDate> wallClock(const QString &text)
     return wallClock(QDateTime::fromString(text, Qt::ISODate));
 }
 
-template <typename T>
-kvGridRows::Value::Order orderOf(const T &a, const T &b)
-{
-    using Order = kvGridRows::Value::Order;
-    return a < b ? Order::Before : (b < a ? Order::After : Order::Same);
-}
-
 bool isDateTime(const QVariant &value)
 {
     return value.typeId() == QMetaType::QDateTime || value.typeId() == QMetaType::QDate;
@@ -89,19 +82,6 @@ void kvGridRows::Value::SetClock(const std::optional<kvDate> &date)
     m_hasClock = date.has_value();
     if (date)
         m_clock = date->dayNumber() * 86400 + date->secondsOfDay();
-}
-
-kvGridRows::Value::Order kvGridRows::Value::CompareTo(const Value &bound) const
-{
-    if (m_kind == Kind::Null)
-        return Order::None;
-    if (m_kind == Kind::Text && bound.m_kind == Kind::Text)
-        return orderOf(QString::compare(m_text, bound.m_text, Qt::CaseSensitive), 0);
-    if (m_kind == Kind::Number && bound.m_kind == Kind::Text)
-        return Order::Before;
-    if (!m_hasClock || !bound.m_hasClock)
-        return Order::None;
-    return orderOf(m_clock, bound.m_clock);
 }
 
 void kvGridRows::Append(const kvAppointmentValues &appointment, const QVariant &begin, const QVariant &end)

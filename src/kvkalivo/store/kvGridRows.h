@@ -33,11 +33,27 @@ public:
 
         //! As the engine orders a stored value (this) against a bound one.
         enum class Order { Before, Same, After, None };
-        Order CompareTo(const Value &bound) const;
+        Order CompareTo(const Value &bound) const
+        {
+            if (m_kind == Kind::Null)
+                return Order::None;
+            if (m_kind == Kind::Text && bound.m_kind == Kind::Text)
+                return OrderOf(QString::compare(m_text, bound.m_text, Qt::CaseSensitive), 0);
+            if (m_kind == Kind::Number && bound.m_kind == Kind::Text)
+                return Order::Before;
+            if (!m_hasClock || !bound.m_hasClock)
+                return Order::None;
+            return OrderOf(m_clock, bound.m_clock);
+        }
 
     private:
         enum class Kind { Null, Text, Number, DateTime };
         void SetClock(const std::optional<kvDate> &date);
+        template <typename T>
+        static Order OrderOf(const T &a, const T &b)
+        {
+            return a < b ? Order::Before : (b < a ? Order::After : Order::Same);
+        }
 
         Kind m_kind = Kind::Null;
         QString m_text;
