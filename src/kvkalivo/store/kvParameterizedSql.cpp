@@ -1,6 +1,7 @@
 #include "kvParameterizedSql.h"
 
 #include "kvFormat.h"
+#include "kvSQLiteDuration.h"
 #include "kvSqlTexts.h"
 
 #include <QStringList>
@@ -70,10 +71,11 @@ kvSqlStatement kvParameterizedSql::GridQuery(const kvTableName &table, const kvD
 
 kvSqlStatement kvParameterizedSql::LongestDurationQuery(const kvTableName &table)
 {
-    return {QStringLiteral("SELECT MAX(julianday(%1.DateEnd) - julianday(%1.DateBegin)) AS Longest, "
-                           "MAX(%1.DateBegin IS NOT NULL AND %1.DateEnd IS NOT NULL AND (typeof(%1.DateBegin) <> 'text' "
-                           "OR julianday(%1.DateBegin) IS NULL OR julianday(%1.DateEnd) IS NULL)) AS Unreadable From %2")
-                .arg(table.Table(), table.Qualified()),
+    // One MAX over the duration expression alone, so that SQLite reads it from the end of its index.
+    return {QStringLiteral("SELECT CASE WHEN Longest < %1 THEN Longest END AS Longest, Longest >= %1 AS Unreadable "
+                           "From (SELECT MAX(%2) AS Longest From %3)")
+                .arg(QLatin1String(kvSQLiteDuration::Infinite),
+                     kvSQLiteDuration::Expression(table.Table() + QLatin1Char('.')), table.Qualified()),
             {}};
 }
 

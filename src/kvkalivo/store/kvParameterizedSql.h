@@ -57,8 +57,9 @@ public:
                                     const kvDate &beginFloor, int dialect, Engine engine);
     /*!
         SQLite: the longest DateEnd - DateBegin in days ("Longest", NULL for none), and whether
-        any row holds a date that is no date text ("Unreadable" 1): such a row compares by its
-        storage class, not its time, and no duration bounds it.
+        any row holds a date that is no date text ("Unreadable" 1, "Longest" then NULL): such a
+        row compares by its storage class, not its time, and no duration bounds it. A table made
+        by kvAppointmentTable answers from its duration index; others are read row by row.
     */
     static kvSqlStatement LongestDurationQuery(const kvTableName &table);
     /*!
