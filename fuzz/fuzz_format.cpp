@@ -1,6 +1,8 @@
 // Format, CDate and IsDate on any text: IsDate says what CDate reads, CDate reads only Dates
-// of the Date range, and reads back a date Format wrote as "General Date".
+// of the Date range, and reads back a date Format wrote as "General Date"; a pattern of numbers
+// writes the same text by the short way as through the tokens.
 #include "kvDate.h"
+#include "kvDigitFormat.h"
 #include "kvFormat.h"
 #include "kvFuzzSupport.h"
 
@@ -24,7 +26,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const kvDate date = kvDate::fromDays(input.number<double>());
     const QString pattern = QString::fromUtf8(input.rest());
     const QLocale german = kv::DefaultLocale();
-    kv::Format(date, pattern, german);
+    const QString formatted = kv::Format(date, pattern, german);
+    if (kvDigitFormat::Format(date, pattern)) {
+        // An empty quoted text writes nothing and keeps the pattern from the short way.
+        kvFuzzCheck(formatted == kv::Format(date, QStringLiteral("\"\"") + pattern, german),
+                    "the short way writes what the tokens write", pattern);
+    }
     kv::Format(date, pattern, QLocale(QLocale::English, QLocale::UnitedStates));
     checkReading(pattern, german);
     checkReading(pattern, QLocale(QLocale::English, QLocale::UnitedStates));

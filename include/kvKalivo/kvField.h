@@ -69,7 +69,6 @@ public:
     static bool IsDbDateTimeText(const QString &text);
 
 private:
-    static std::optional<kvDate> FromIsoText(const QString &text);
     //! TryDate() without the range check.
     static std::optional<kvDate> AnyDate(const QVariant &value);
 

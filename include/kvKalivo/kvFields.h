@@ -49,6 +49,9 @@ public:
     //! Item(\a index): fields[0].
     kvField operator[](int index) const { return Item(index); }
 
+    //! Item(\a index).Value() without making the kvField: throws 3265 outside, 3021 at EOF.
+    QVariant Value(int index) const;
+
     //! The index of \a name (case-insensitive), or -1.
     int IndexOf(const QString &name) const;
     //! The column names, in column order.

@@ -17,6 +17,7 @@
 #include "kvTestSupport.h"
 
 #include <QSignalSpy>
+#include <QSqlQuery>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -444,6 +445,55 @@ private slots:
         QCOMPARE(rows, dayRows(f.store, first, 42));
         QCOMPARE(rows.mid(0, 3), QStringList({"Elternzeit <--", "Elternzeit <--", ""}));
         QVERIFY(f.reports.isEmpty());
+    }
+
+    /*!
+        The longest duration, from which each grid's query starts, comes from the duration index
+        of a table made by kvAppointmentTable; a table without it gives the same rows, reading all.
+    */
+    void longestDurationFromTheIndex_data()
+    {
+        QTest::addColumn<bool>("withIndex");
+        QTest::newRow("made by kvAppointmentTable") << true;
+        QTest::newRow("without the duration index") << false;
+    }
+    void longestDurationFromTheIndex()
+    {
+        QFETCH(bool, withIndex);
+        Fixture f;
+        open(f, QStringLiteral("SQLite"));
+        kvAppointmentTable::Create(*f.connection, termine);
+        if (!withIndex)
+            f.connection->Execute(QStringLiteral("DROP INDEX IX_Termine_Duration"));
+        const QString longest =
+            kvParameterizedSql::LongestDurationQuery(kvTableName::Parse(termine, kvDataSource::SQLite)).Text;
+        QSqlQuery plan(f.connection->Database());
+        QVERIFY(plan.exec(QStringLiteral("EXPLAIN QUERY PLAN ") + longest));
+        QStringList steps;
+        while (plan.next())
+            steps << plan.value(3).toString();
+        QCOMPARE(steps.filter(QStringLiteral("Termine USING INDEX IX_Termine_Duration")).size(), withIndex ? 1 : 0);
+        const auto read = [&f, &longest] {
+            kvRecordset recordset;
+            recordset.Open(longest, f.connection.get());
+            return recordset.Fields().Item(0).Value().toString() + u'/' + recordset.Fields().Item(1).Value().toString();
+        };
+
+        const kvDate first = at(2026, 10, 26);
+        f.insert(at(2019, 3, 1, 12), at(2026, 10, 27), QStringLiteral("Sabbatjahr"));
+        f.insert(at(2026, 11, 3, 9), at(2026, 11, 3, 10), QStringLiteral("kurz"));
+        QCOMPARE(read(), QStringLiteral("2796.5/0"));
+        f.store.setParameterizedSql(true);
+        f.store.setRecordSource(termine);
+        f.store.SetConnection(f.connection.get());
+        f.store.BeginDayLoads(first, 42);
+        const QStringList grid = dayRows(f.store, first, 42);
+        f.store.EndDayLoads();
+        QCOMPARE(grid, dayRows(f.store, first, 42));
+        QCOMPARE(grid.mid(0, 3), QStringList({"Sabbatjahr <--", "Sabbatjahr <--", ""}));
+        f.connection->Execute(
+            QStringLiteral("INSERT INTO Termine (DateBegin, DateEnd, Name) VALUES ('kein Datum', '2026-11-01', 'x')"));
+        QCOMPARE(read(), QStringLiteral("/1"));
     }
 
     void nothingToQuery_data()

@@ -4,9 +4,11 @@
 #include "kvCommand.h"
 #include "kvConnection.h"
 #include "kvDataTestSupport.h"
+#include "kvIsoDateText.h"
 #include "kvRecordset.h"
 #include "kvTestSupport.h"
 
+#include <QRegularExpression>
 #include <QSqlQuery>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -18,6 +20,32 @@ namespace {
 kvDate at(int year, int month, int day, int hour = 0, int minute = 0)
 {
     return kvDate::fromDate(QDate(year, month, day), QTime(hour, minute));
+}
+
+QDateTime wallClock(int year, int month, int day, int hour = 0, int minute = 0, int second = 0)
+{
+    return QDateTime(QDate(year, month, day), QTime(hour, minute, second), Qt::UTC);
+}
+
+//! The ISO texts kvIsoDateText::Read takes, as a regular expression with the same date checks.
+QDateTime isoReference(const QString &text)
+{
+    static const QRegularExpression pattern(QStringLiteral(
+        "^(\\d{4})-(\\d{1,2})-(\\d{1,2})(?:[ T](\\d{1,2}):(\\d{2})(?::(\\d{2})(?:\\.\\d+)?)?)?"
+        "(?:Z|[+-]\\d{2}(?::?\\d{2})?)?$"));
+    const QRegularExpressionMatch match = pattern.match(text);
+    const QDate date(match.captured(1).toInt(), match.captured(2).toInt(), match.captured(3).toInt());
+    const QTime time(match.captured(4).toInt(), match.captured(5).toInt(), match.captured(6).toInt());
+    if (!match.hasMatch() || !date.isValid() || !time.isValid())
+        return QDateTime();
+    return QDateTime(date, time, Qt::UTC);
+}
+
+//! The texts kvIsoDateText::IsDbDateTime accepts, as a regular expression.
+bool dbTextReference(const QString &text)
+{
+    static const QRegularExpression pattern(QStringLiteral("^\\d{4}-\\d{2}-\\d{2} \\d{2}:\\d{2}(?::\\d{2})?$"));
+    return pattern.match(text).hasMatch();
 }
 
 } // namespace
@@ -217,6 +245,79 @@ private slots:
         recordset.Open("Termine", m_connection.get(), 0, 1, 2);
         m_connection.reset();
         QCOMPARE(recordset.State(), int(kvRecordset::adStateClosed));
+    }
+
+    //! Every way an ISO text can be right or wrong, read alike by the reader and its regular expression.
+    void isoDateText_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QDateTime>("expected");   // invalid: refused
+        const QDateTime refused;
+        QTest::newRow("date") << "2026-03-29" << wallClock(2026, 3, 29);
+        QTest::newRow("one-digit month and day") << "2026-3-9" << wallClock(2026, 3, 9);
+        QTest::newRow("minutes") << "2026-03-29 02:30" << wallClock(2026, 3, 29, 2, 30);
+        QTest::newRow("T, one-digit hour") << "2026-03-29T2:30" << wallClock(2026, 3, 29, 2, 30);
+        QTest::newRow("seconds") << "2026-03-29 02:30:45" << wallClock(2026, 3, 29, 2, 30, 45);
+        QTest::newRow("fraction ignored") << "2026-03-29 23:59:59.999" << wallClock(2026, 3, 29, 23, 59, 59);
+        QTest::newRow("fraction and Z") << "2026-03-29T02:30:45.123456Z" << wallClock(2026, 3, 29, 2, 30, 45);
+        QTest::newRow("Z after minutes") << "2026-03-29 02:30Z" << wallClock(2026, 3, 29, 2, 30);
+        QTest::newRow("zone hours after the date") << "2026-03-29+02" << wallClock(2026, 3, 29);
+        QTest::newRow("zone hhmm") << "2026-03-29 02:30+0200" << wallClock(2026, 3, 29, 2, 30);
+        QTest::newRow("zone -hh:mm") << "2026-3-2-05:30" << wallClock(2026, 3, 2);
+        QTest::newRow("29 February, leap year") << "2024-02-29 23:59" << wallClock(2024, 2, 29, 23, 59);
+        QTest::newRow("first and last days") << "0001-01-01" << wallClock(1, 1, 1);
+        QTest::newRow("last second") << "9999-12-31 23:59:59" << wallClock(9999, 12, 31, 23, 59, 59);
+        QTest::newRow("one final line break") << "2026-03-29 02:30\n" << wallClock(2026, 3, 29, 2, 30);
+
+        QTest::newRow("empty") << "" << refused;
+        QTest::newRow("year and month") << "2026-03" << refused;
+        QTest::newRow("two-digit year") << "26-03-29" << refused;
+        QTest::newRow("five-digit year") << "20260-03-29" << refused;
+        QTest::newRow("three-digit month") << "2026-003-29" << refused;
+        QTest::newRow("three-digit day") << "2026-03-029" << refused;
+        QTest::newRow("no day") << "2026-03-" << refused;
+        QTest::newRow("slashes") << "2026/03/29" << refused;
+        QTest::newRow("letters") << "2026-0a-29" << refused;
+        QTest::newRow("non-ASCII digits") << QStringLiteral("\uFF12\uFF10\uFF12\uFF16-03-29") << refused;
+        QTest::newRow("Arabic-Indic digits") << QStringLiteral("2026-03-\u0662\u0669") << refused;
+        QTest::newRow("month 13") << "2026-13-01" << refused;
+        QTest::newRow("month 0") << "2026-0-10" << refused;
+        QTest::newRow("31 April") << "2026-04-31" << refused;
+        QTest::newRow("29 February, no leap year") << "2026-02-29" << refused;
+        QTest::newRow("29 February 1900") << "1900-02-29" << refused;
+        QTest::newRow("year 0") << "0000-01-01" << refused;
+        QTest::newRow("hour 24") << "2026-03-29 24:00" << refused;
+        QTest::newRow("minute 60") << "2026-03-29 10:60" << refused;
+        QTest::newRow("second 60") << "2026-03-29 10:00:60" << refused;
+        QTest::newRow("one-digit minutes") << "2026-03-29 2:3" << refused;
+        QTest::newRow("one-digit seconds") << "2026-03-29 02:30:4" << refused;
+        QTest::newRow("three-digit hour") << "2026-03-29 123:00" << refused;
+        QTest::newRow("three-digit minutes") << "2026-03-29 02:300" << refused;
+        QTest::newRow("T alone") << "2026-03-29T" << refused;
+        QTest::newRow("two blanks") << "2026-03-29  02:30" << refused;
+        QTest::newRow("lower-case t") << "2026-03-29t02:30" << refused;
+        QTest::newRow("fraction without digits") << "2026-03-29 02:30:45." << refused;
+        QTest::newRow("fraction without seconds") << "2026-03-29 02:30.5" << refused;
+        QTest::newRow("lower-case z") << "2026-03-29 02:30z" << refused;
+        QTest::newRow("one-digit zone") << "2026-03-29 02:30+2" << refused;
+        QTest::newRow("zone +hh:m") << "2026-03-29 02:30+02:0" << refused;
+        QTest::newRow("zone +hhm") << "2026-03-29 02:30+020" << refused;
+        QTest::newRow("zone with seconds") << "2026-03-29 02:30+02:00:00" << refused;
+        QTest::newRow("trailing blank") << "2026-03-29 02:30 " << refused;
+        QTest::newRow("leading blank") << " 2026-03-29" << refused;
+        QTest::newRow("trailing text") << "2026-03-29 02:30 Uhr" << refused;
+        QTest::newRow("two line breaks") << "2026-03-29\n\n" << refused;
+        QTest::newRow("CR LF") << "2026-03-29\r\n" << refused;
+        QTest::newRow("db text out of range") << "2026-99-99 99:99" << refused;
+    }
+    void isoDateText()
+    {
+        QFETCH(QString, text);
+        QFETCH(QDateTime, expected);
+        QCOMPARE(isoReference(text), expected);
+        const std::optional<kvDate> read = kvIsoDateText::Read(text);
+        QCOMPARE(read ? kvField::ToDateTime(*read) : QDateTime(), expected);
+        QCOMPARE(kvIsoDateText::IsDbDateTime(text), dbTextReference(text));
     }
 
     void toDate_data()

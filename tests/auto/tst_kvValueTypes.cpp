@@ -1,5 +1,6 @@
 // kvDate, 16-bit arithmetic, OLE colours, control arrays, Format and CDate.
 #include "kvControlArray.h"
+#include "kvDigitFormat.h"
 #include "kvFormat.h"
 #include "kvInt16.h"
 #include "kvOleColor.h"
@@ -206,6 +207,45 @@ private slots:
         QFETCH(QString, pattern);
         QFETCH(QString, locale);
         QTEST(kv::Format(value, pattern, QLocale(locale)), "expected");
+    }
+
+    //! Patterns of numbers take kvDigitFormat's short way; every pattern writes what the tokens write.
+    void digitPatterns_data()
+    {
+        QTest::addColumn<kvDate>("value");
+        QTest::addColumn<QString>("pattern");
+        QTest::addColumn<bool>("digitsOnly");
+        const QList<std::pair<const char *, kvDate>> dates{
+            {"midnight", at(2026, 3, 29)},
+            {"last second of the year", at(2026, 12, 31, 23, 59, 59)},
+            {"morning", at(2004, 3, 5, 9, 7, 3)},
+            {"day 0", kvDate()},
+            {"before day 0", kvDate::fromDays(-1.25)},
+            {"a breath before midnight", kvDate::fromDays(46110.9999999)},
+            {"first Date", at(100, 1, 1)},
+            {"last Date", at(9999, 12, 31, 23, 59, 59)},
+        };
+        const QList<std::pair<const char *, bool>> patterns{
+            {"hh:nn", true}, {"yyyy-mm-dd hh:nn", true}, {"yyyy-mm-dd hh:nn:ss", true}, {"dd-mm-yyyy", true},
+            {"dd.mm.", true}, {"#mm-dd-yyyy hh:nn#", true}, {"'yyyy-mm-dd'", true}, {"hh:nn mm", true},
+            {"hh:mm", false}, {"hh mm", false}, {"dd/mm/yyyy", false}, {"d-m-yy", false}, {"yyyyy", false},
+            {"ddd dd", false}, {"hh:nn AM/PM", false}, {"HH:NN", false}, {"hh:nn \\h", false}, {"hh Uhr", false},
+        };
+        for (const auto &[dateName, value] : dates) {
+            for (const auto &[pattern, digitsOnly] : patterns)
+                QTest::addRow("%s, %s", dateName, pattern) << value << QString::fromLatin1(pattern) << digitsOnly;
+        }
+    }
+    void digitPatterns()
+    {
+        QFETCH(kvDate, value);
+        QFETCH(QString, pattern);
+        QFETCH(bool, digitsOnly);
+        QCOMPARE(kvDigitFormat::Format(value, pattern).has_value(), digitsOnly);
+        // An empty quoted text writes nothing and keeps the pattern from the short way.
+        const QString throughTokens = QStringLiteral("\"\"") + pattern;
+        QVERIFY(!kvDigitFormat::Format(value, throughTokens));
+        QCOMPARE(kv::Format(value, pattern), kv::Format(value, throughTokens));
     }
 
     void cdate_data()

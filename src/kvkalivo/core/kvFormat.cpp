@@ -1,5 +1,7 @@
 #include "kvFormat.h"
 
+#include "kvDigitFormat.h"
+
 #include <QList>
 #include <QStringView>
 
@@ -597,6 +599,8 @@ QLocale kv::DefaultLocale()
 
 QString kv::Format(const kvDate &value, const QString &pattern, const QLocale &locale)
 {
+    if (std::optional<QString> digits = kvDigitFormat::Format(value, pattern))
+        return *std::move(digits);
     if (const std::optional<QString> named = namedFormat(value, pattern, locale))
         return *named;
     const QList<Token> tokens = tokenize(pattern);

@@ -3,6 +3,7 @@
 #include "kvAdoError.h"
 #include "kvConnection.h"
 #include "kvDataSource.h"
+#include "kvSQLiteDuration.h"
 
 #include <QRegularExpression>
 
@@ -74,6 +75,10 @@ QStringList kvAppointmentTable::CreateTableSql(const QString &engine, const QStr
     for (const QString &indexed : {QStringLiteral("DateBegin"), QStringLiteral("DateEnd")})
         statements << QStringLiteral("CREATE INDEX %1 ON %2 (%3)")
                           .arg(indexName(tableName, indexed), tableName, indexed);
+    if (engine.compare(QLatin1String("sqlite"), Qt::CaseInsensitive) == 0)
+        statements << QStringLiteral("CREATE INDEX %1 ON %2 ((%3))")
+                          .arg(indexName(tableName, QStringLiteral("Duration")), tableName,
+                               kvSQLiteDuration::Expression(QString()));
     return statements;
 }
 

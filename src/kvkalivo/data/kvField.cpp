@@ -2,25 +2,11 @@
 
 #include "kvAdoError.h"
 #include "kvFormat.h"
+#include "kvIsoDateText.h"
 
-#include <QRegularExpression>
 #include <QSharedData>
 
 namespace {
-
-const QRegularExpression &isoPattern()
-{
-    static const QRegularExpression pattern(QStringLiteral(
-        "^(\\d{4})-(\\d{1,2})-(\\d{1,2})(?:[ T](\\d{1,2}):(\\d{2})(?::(\\d{2})(?:\\.\\d+)?)?)?"
-        "(?:Z|[+-]\\d{2}(?::?\\d{2})?)?$"));
-    return pattern;
-}
-
-const QRegularExpression &dbTextPattern()
-{
-    static const QRegularExpression pattern(QStringLiteral("^\\d{4}-\\d{2}-\\d{2} \\d{2}:\\d{2}(?::\\d{2})?$"));
-    return pattern;
-}
 
 bool isNumber(const QVariant &value)
 {
@@ -113,7 +99,7 @@ std::optional<kvDate> kvField::AnyDate(const QVariant &value)
     case QMetaType::QString:
     case QMetaType::QByteArray: {
         const QString text = value.toString().trimmed();
-        if (const std::optional<kvDate> iso = FromIsoText(text))
+        if (const std::optional<kvDate> iso = kvIsoDateText::Read(text))
             return iso;
         return kv::CDate(text);
     }
@@ -123,18 +109,6 @@ std::optional<kvDate> kvField::AnyDate(const QVariant &value)
     if (isNumber(value) && kvDate::isInRange(value.toDouble()))
         return kvDate::fromDays(value.toDouble());
     return std::nullopt;
-}
-
-std::optional<kvDate> kvField::FromIsoText(const QString &text)
-{
-    const QRegularExpressionMatch match = isoPattern().match(text);
-    if (!match.hasMatch())
-        return std::nullopt;
-    const QDate date(match.captured(1).toInt(), match.captured(2).toInt(), match.captured(3).toInt());
-    const QTime time(match.captured(4).toInt(), match.captured(5).toInt(), match.captured(6).toInt());
-    if (!date.isValid() || !time.isValid())
-        return std::nullopt;
-    return kvDate::fromDate(date, time);
 }
 
 QDateTime kvField::ToDateTime(const kvDate &date)
@@ -150,5 +124,5 @@ QString kvField::ToDbText(const kvDate &date)
 
 bool kvField::IsDbDateTimeText(const QString &text)
 {
-    return dbTextPattern().match(text).hasMatch();
+    return kvIsoDateText::IsDbDateTime(text);
 }

@@ -46,6 +46,15 @@ kvField kvFields::Item(int index) const
     return kvField(d->names.at(index), index < d->values.size() ? d->values.at(index) : QVariant(), d->hasRecord);
 }
 
+QVariant kvFields::Value(int index) const
+{
+    if (index < 0 || index >= Count())
+        throw kvAdoError::itemNotFound();
+    if (!d->hasRecord)
+        throw kvAdoError::noCurrentRecord();
+    return d->values.value(index);
+}
+
 kvField kvFields::Item(const QString &name) const
 {
     return Item(IndexOf(name));

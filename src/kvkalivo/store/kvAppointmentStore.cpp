@@ -1,6 +1,7 @@
 #include "kvAppointmentStore.h"
 
 #include "kvAdoError.h"
+#include "kvAppointmentColumnPositions.h"
 #include "kvCommand.h"
 #include "kvConnection.h"
 #include "kvDatabaseError.h"
@@ -171,8 +172,9 @@ QString kvAppointmentStore::LoadDayAppointments(const kvDate &day, const kvDayRo
         kvRecordset recordset;
         recordset.Open(command, adOpenForwardOnly, adLockUnspecified, adCmdUnspecified);
         step = 5;
+        const kvAppointmentColumnPositions columns = kvAppointmentColumnPositions::Of(recordset.Fields());
         while (!recordset.EOF()) {
-            HandOver(ReadRow(recordset.Fields(), step), day, rows, step);
+            HandOver(ReadRow(recordset.Fields(), columns, step), day, rows, step);
             recordset.MoveNext();
         }
         step = 10;
@@ -223,9 +225,11 @@ void kvAppointmentStore::LoadGridRows(const kvDate &firstDay, int dayCount, int 
     OpenQuery(recordset, statement, adCmdUnspecified);
     m_batch.rows.emplace(firstDay, dayCount);
     step = 5;
+    const kvAppointmentColumnPositions columns = kvAppointmentColumnPositions::Of(recordset.Fields());
     while (!recordset.EOF()) {
-        const kvFields &fields = recordset.Fields();
-        m_batch.rows->Append(ReadRow(fields, step), value(fields, "DateBegin"), value(fields, "DateEnd"));
+        const kvFields fields = recordset.Fields();
+        m_batch.rows->Append(ReadRow(fields, columns, step), fields.Value(columns.DateBegin),
+                             fields.Value(columns.DateEnd));
         step = 5;
         recordset.MoveNext();
     }
@@ -313,11 +317,12 @@ kvSqlStatement kvAppointmentStore::DayStatement(const kvDate &day) const
     return {kvSqlTexts::DayQuery(m_recordSource, day, m_dialect), {}};
 }
 
-kvAppointmentValues kvAppointmentStore::ReadRow(const kvFields &fields, int &step) const
+kvAppointmentValues kvAppointmentStore::ReadRow(const kvFields &fields, const kvAppointmentColumnPositions &columns,
+                                                int &step) const
 {
     kvAppointmentValues appointment;
     if (m_columns.ImageID) {
-        const QVariant image = value(fields, "ImageID");
+        const QVariant image = fields.Value(columns.ImageID);
         if (kvFieldConversion::IsNumeric(image))
             appointment.ImageID = kvFieldConversion::ToInteger(image);
         if (appointment.ImageID < FirstIcon)
@@ -325,15 +330,15 @@ kvAppointmentValues kvAppointmentStore::ReadRow(const kvFields &fields, int &ste
     }
     step = 6;
     if (m_columns.Document)
-        appointment.Document = kvFieldConversion::AppendedToEmpty(value(fields, "Document"));
+        appointment.Document = kvFieldConversion::AppendedToEmpty(fields.Value(columns.Document));
     step = 7;
     if (m_columns.Remark)
-        appointment.Remark = kvFieldConversion::AppendedToEmpty(value(fields, "Remark"));
+        appointment.Remark = kvFieldConversion::AppendedToEmpty(fields.Value(columns.Remark));
     step = 8;
-    appointment.DateBegin = kvField::ToDate(value(fields, "DateBegin"));
-    appointment.DateID = kvFieldConversion::ToLong(value(fields, "DateID"));
-    appointment.DateEnd = kvField::ToDate(value(fields, "DateEnd"));
-    appointment.Name = kvFieldConversion::ToText(value(fields, "Name"));
+    appointment.DateBegin = kvField::ToDate(fields.Value(columns.DateBegin));
+    appointment.DateID = kvFieldConversion::ToLong(fields.Value(columns.DateID));
+    appointment.DateEnd = kvField::ToDate(fields.Value(columns.DateEnd));
+    appointment.Name = kvFieldConversion::ToText(fields.Value(columns.Name));
     return appointment;
 }
 

@@ -16,6 +16,7 @@
 #include <functional>
 #include <optional>
 
+struct kvAppointmentColumnPositions;
 class kvConnection;
 class kvFields;
 class kvRecordset;
@@ -102,8 +103,8 @@ public:
         own query gives; other days still run their own query. The grid query reads the
         DateBegin index from a floor before \a firstDay below which no appointment reaching into
         the grid can begin:
-        - SQLite: \a firstDay less the longest duration in the table (one full read per
-          connection). Before each grid a cheap marker (this connection's total_changes and the
+        - SQLite: \a firstDay less the longest duration in the table (from its duration index;
+          one full read per connection on tables without it). Before each grid a cheap marker (this connection's total_changes and the
           file's data_version) tells whether anyone wrote since; then the longest duration is read
           again, unless the only write was the store's own insert or update, which widens it.
           Rows whose dates are no date text have no duration: then the floor is searched for.
@@ -145,7 +146,7 @@ private:
     QString TableSource() const;
 
     kvSqlStatement DayStatement(const kvDate &day) const;
-    kvAppointmentValues ReadRow(const kvFields &fields, int &step) const;
+    kvAppointmentValues ReadRow(const kvFields &fields, const kvAppointmentColumnPositions &columns, int &step) const;
     static void HandOver(const kvAppointmentValues &appointment, const kvDate &day, const kvDayRowSink &rows,
                          int &step);
     void LoadGridRows(const kvDate &firstDay, int dayCount, int &step);

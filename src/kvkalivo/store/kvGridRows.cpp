@@ -1,7 +1,8 @@
 #include "kvGridRows.h"
 
+#include "kvIsoDateText.h"
+
 #include <QDateTime>
-#include <QTimeZone>
 
 namespace {
 
@@ -21,85 +22,71 @@ bool isNumber(const QVariant &value)
     }
 }
 
-//! "yyyy-MM-dd hh:mm" with optional ":ss", as the store binds and the data layer writes dates.
-std::optional<QDateTime> parsedQuickly(const QString &text)
+//! The wall-clock time of \a dateTime (the data layer carries them in UTC date-times).
+std::optional<kvDate> wallClock(const QDateTime &dateTime)
 {
-    if (text.size() != 16 && text.size() != 19)
-        return std::nullopt;
-    const auto number = [&text](int from, int length) {
-        int value = 0;
-        for (int i = from; i < from + length; ++i) {
-            const char16_t c = text.at(i).unicode();
-            if (c < u'0' || c > u'9')
-                return -1;
-            value = value * 10 + (c - u'0');
-        }
-        return value;
-    };
-    const bool separators = text.at(4) == u'-' && text.at(7) == u'-' && text.at(10) == u' ' && text.at(13) == u':'
-                            && (text.size() == 16 || text.at(16) == u':');
-    const QDate date(number(0, 4), number(5, 2), number(8, 2));
-    const QTime time(number(11, 2), number(14, 2), text.size() == 19 ? number(17, 2) : 0);
-    if (!separators || !date.isValid() || !time.isValid())
-        return std::nullopt;
-    return QDateTime(date, time, QTimeZone::utc());
+    return dateTime.isValid() ? std::optional(kvDate::fromDateTime(dateTime)) : std::nullopt;
 }
 
-QDateTime parsed(const QString &text)
+std::optional<kvDate> wallClock(const QString &text)
 {
-    if (const auto quick = parsedQuickly(text))
-        return *quick;
+    // "yyyy-mm-dd hh:nn[:ss]", as the store binds and the data layer writes dates, is the most
+    // common; the size leaves out the final line break that IsDbDateTime() allows.
+    if ((text.size() == 16 || text.size() == 19) && kvIsoDateText::IsDbDateTime(text))
+        return kvIsoDateText::Read(text);
     for (const QString &format : {QStringLiteral("yyyy-MM-dd HH:mm:ss"), QStringLiteral("yyyy-MM-dd HH:mm")}) {
         const QDateTime dateTime = QDateTime::fromString(text, format);
         if (dateTime.isValid())
-            return dateTime;
+            return wallClock(dateTime);
     }
-    return QDateTime::fromString(text, Qt::ISODate);
+    return wallClock(QDateTime::fromString(text, Qt::ISODate));
 }
 
-//! The data layer hands dates over as UTC date-times of the stored wall-clock time, and the
-//! boundaries are wall-clock times: the clocks are compared, not instants.
-std::optional<qint64> wallClock(const QDateTime &dateTime)
+bool isDateTime(const QVariant &value)
 {
-    if (!dateTime.isValid())
-        return std::nullopt;
-    return QDateTime(dateTime.date(), dateTime.time(), QTimeZone::utc()).toMSecsSinceEpoch();
+    return value.typeId() == QMetaType::QDateTime || value.typeId() == QMetaType::QDate;
 }
 
 } // namespace
 
-kvGridRows::Value::Value(const QVariant &value)
+kvGridRows::Value::Value(const QVariant &bound)
 {
-    if (value.isNull() || !value.isValid())
+    if (bound.isNull() || !bound.isValid())
         return;
-    if (isText(value)) {
+    if (isText(bound)) {
         m_kind = Kind::Text;
-        m_text = value.toString();
-        m_clock = wallClock(parsed(m_text));
-    } else if (isNumber(value)) {
+        m_text = bound.toString();
+        SetClock(wallClock(m_text));
+    } else if (isNumber(bound)) {
         m_kind = Kind::Number;
     } else {
         m_kind = Kind::DateTime;
-        m_clock = wallClock(value.toDateTime());
+        SetClock(wallClock(bound.toDateTime()));
     }
 }
 
-std::optional<int> kvGridRows::Value::CompareTo(const Value &bound) const
+kvGridRows::Value::Value(const QVariant &stored, const kvDate &date)
 {
-    if (m_kind == Kind::Null)
-        return std::nullopt;
-    if (m_kind == Kind::Text && bound.m_kind == Kind::Text)
-        return QString::compare(m_text, bound.m_text, Qt::CaseSensitive);
-    if (m_kind == Kind::Number && bound.m_kind == Kind::Text)
-        return -1;
-    if (!m_clock || !bound.m_clock)
-        return std::nullopt;
-    return *m_clock < *bound.m_clock ? -1 : (*bound.m_clock < *m_clock ? 1 : 0);
+    if (!isDateTime(stored)) {
+        *this = Value(stored);
+        return;
+    }
+    m_kind = Kind::DateTime;
+    SetClock(date);
+}
+
+//! The clocks are compared, not instants. The boundaries are whole seconds, so that a clock
+//! cut to the second compares with them as the full one does.
+void kvGridRows::Value::SetClock(const std::optional<kvDate> &date)
+{
+    m_hasClock = date.has_value();
+    if (date)
+        m_clock = date->dayNumber() * 86400 + date->secondsOfDay();
 }
 
 void kvGridRows::Append(const kvAppointmentValues &appointment, const QVariant &begin, const QVariant &end)
 {
-    m_rows.append({appointment, Value(begin), Value(end)});
+    m_rows.append({appointment, Value(begin, appointment.DateBegin), Value(end, appointment.DateEnd)});
 }
 
 bool kvGridRows::Covers(const kvDate &day) const
@@ -113,13 +100,14 @@ QList<const kvAppointmentValues *> kvGridRows::RowsOf(const QVariant &dayStart, 
     const Value next(nextDay);
     QList<const kvAppointmentValues *> rows;
     for (const Row &row : m_rows) {
-        const auto beginToStart = row.begin.CompareTo(start);
-        if (!beginToStart)
+        const Value::Order beginToStart = row.begin.CompareTo(start);
+        if (beginToStart == Value::Order::None)
             continue;
-        const auto endToStart = row.end.CompareTo(start);
-        const auto beginToNext = row.begin.CompareTo(next);
-        const bool continues = *beginToStart <= 0 && endToStart && *endToStart >= 0;
-        const bool beginsThatDay = *beginToStart >= 0 && beginToNext && *beginToNext < 0;
+        const Value::Order endToStart = beginToStart == Value::Order::After ? Value::Order::None
+                                                                            : row.end.CompareTo(start);
+        const bool continues = endToStart == Value::Order::Same || endToStart == Value::Order::After;
+        const bool beginsThatDay = beginToStart != Value::Order::Before
+                                   && row.begin.CompareTo(next) == Value::Order::Before;
         if (continues || beginsThatDay)
             rows.append(&row.appointment);
     }

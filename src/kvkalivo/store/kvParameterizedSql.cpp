@@ -1,6 +1,7 @@
 #include "kvParameterizedSql.h"
 
 #include "kvFormat.h"
+#include "kvSQLiteDuration.h"
 #include "kvSqlTexts.h"
 
 #include <QStringList>
@@ -47,21 +48,6 @@ kvSqlStatement kvParameterizedSql::DayQuery(const kvTableName &table, const kvDa
     return {text, {d1, d1, d1, d2}};
 }
 
-kvSqlStatement kvParameterizedSql::DayQuery(const kvTableName &table, const kvDate &day,
-                                            const kvDate &beginFloor, int dialect, Engine engine)
-{
-    kvSqlStatement statement = DayQuery(table, day, dialect, engine);
-    // Both alternatives of the day query imply DateBegin < the next day; with the floor that
-    // makes one narrow index range instead of a scan of everything that began before the day.
-    const QString where = QStringLiteral(" Where ");
-    const QString bounds = QStringLiteral(" Where (%1.DateBegin >= ?) And (%1.DateBegin < ?) And (").arg(table.Table());
-    statement.Text.replace(statement.Text.indexOf(where), where.size(), bounds);
-    statement.Text.replace(QStringLiteral("ORDER BY "), QStringLiteral(")ORDER BY "));
-    statement.Values.prepend(BoundDate(day.addDays(1), dialect, engine));
-    statement.Values.prepend(BoundDate(beginFloor, dialect, engine));
-    return statement;
-}
-
 kvSqlStatement kvParameterizedSql::EarliestOverlapQuery(const kvTableName &table, const kvDate &from,
                                                         int dialect, Engine engine)
 {
@@ -85,10 +71,11 @@ kvSqlStatement kvParameterizedSql::GridQuery(const kvTableName &table, const kvD
 
 kvSqlStatement kvParameterizedSql::LongestDurationQuery(const kvTableName &table)
 {
-    return {QStringLiteral("SELECT MAX(julianday(%1.DateEnd) - julianday(%1.DateBegin)) AS Longest, "
-                           "MAX(%1.DateBegin IS NOT NULL AND %1.DateEnd IS NOT NULL AND (typeof(%1.DateBegin) <> 'text' "
-                           "OR julianday(%1.DateBegin) IS NULL OR julianday(%1.DateEnd) IS NULL)) AS Unreadable From %2")
-                .arg(table.Table(), table.Qualified()),
+    // One MAX over the duration expression alone, so that SQLite reads it from the end of its index.
+    return {QStringLiteral("SELECT CASE WHEN Longest < %1 THEN Longest END AS Longest, Longest >= %1 AS Unreadable "
+                           "From (SELECT MAX(%2) AS Longest From %3)")
+                .arg(QLatin1String(kvSQLiteDuration::Infinite),
+                     kvSQLiteDuration::Expression(table.Table() + QLatin1Char('.')), table.Qualified()),
             {}};
 }
 

@@ -42,12 +42,6 @@ public:
     // The table is a kvTableName: its columns are qualified by its own name, quoted as it needs.
     static kvSqlStatement DayQuery(const kvTableName &table, const kvDate &day, int dialect, Engine engine);
     /*!
-        DayQuery's rows, found through a range of the DateBegin index: no row that the day
-        query returns begins before \a beginFloor (see EarliestOverlapQuery).
-    */
-    static kvSqlStatement DayQuery(const kvTableName &table, const kvDate &day, const kvDate &beginFloor,
-                                   int dialect, Engine engine);
-    /*!
         The earliest DateBegin ("EarliestBegin", NULL for none) of the appointments that began
         before \a from and last until \a from or later: for every day from \a from on, an
         appointment that touches it begins on that day, after \a from, or not before this.
@@ -63,8 +57,9 @@ public:
                                     const kvDate &beginFloor, int dialect, Engine engine);
     /*!
         SQLite: the longest DateEnd - DateBegin in days ("Longest", NULL for none), and whether
-        any row holds a date that is no date text ("Unreadable" 1): such a row compares by its
-        storage class, not its time, and no duration bounds it.
+        any row holds a date that is no date text ("Unreadable" 1, "Longest" then NULL): such a
+        row compares by its storage class, not its time, and no duration bounds it. A table made
+        by kvAppointmentTable answers from its duration index; others are read row by row.
     */
     static kvSqlStatement LongestDurationQuery(const kvTableName &table);
     /*!
