@@ -112,6 +112,25 @@ struct ControlFigures
     std::vector<double> paints;  //!< painted alone
 };
 
+// Named and kept out of line, so that callgrind can count each on its own, e.g.
+//   valgrind --tool=callgrind --collect-atstart=no --toggle-collect='*controlRefreshAndPaint*' ./bench_dayCells 20
+Q_NEVER_INLINE void controlRefreshAndPaint(kvKalivo &control, QImage &frame)
+{
+    control.Refresh();
+    control.render(&frame);
+}
+
+Q_NEVER_INLINE void controlResizeAndPaint(kvKalivo &control, QImage &frame, int width)
+{
+    control.resize(width, 800);
+    control.render(&frame);
+}
+
+Q_NEVER_INLINE void controlPaint(kvKalivo &control, QImage &frame)
+{
+    control.render(&frame);
+}
+
 template <typename Work>
 std::vector<double> timed(int runs, Work &&work)
 {
@@ -146,15 +165,9 @@ ControlFigures controlFigures(int runs)
     control.show();
     QImage frame(control.size(), QImage::Format_ARGB32_Premultiplied);
     ControlFigures figures;
-    figures.reloads = timed(runs, [&](int) {
-        control.Refresh();
-        control.render(&frame);
-    });
-    figures.resizes = timed(runs, [&](int run) {
-        control.resize(1280 - run % 2, 800);
-        control.render(&frame);
-    });
-    figures.paints = timed(runs, [&](int) { control.render(&frame); });
+    figures.reloads = timed(runs, [&](int) { controlRefreshAndPaint(control, frame); });
+    figures.resizes = timed(runs, [&](int run) { controlResizeAndPaint(control, frame, 1280 - run % 2); });
+    figures.paints = timed(runs, [&](int) { controlPaint(control, frame); });
     return figures;
 }
 
