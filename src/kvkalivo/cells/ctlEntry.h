@@ -79,6 +79,7 @@ public:
     static constexpr int TimeColumnWidth = 35;
     //! Both labels are 14 pixels high, so a row is 15 pixels after Init (label + 1).
     static constexpr int LabelHeight = 14;
+    static constexpr int InitHeight = LabelHeight + 1;
     static constexpr int SeparatorY = 16;
     //! "00:00": a row beginning at midnight shows no time.
     static constexpr QStringView MidnightTime = u"00:00";
