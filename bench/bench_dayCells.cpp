@@ -256,6 +256,7 @@ int main(int argc, char *argv[])
     }
 
     // A busy resource calendar: one day of 10,000 appointments, reloaded and painted.
+    const long long beforeBusyDay = residentKiB();
     ctlDay busyDay;
     busyDay.resize(CellWidth, CellHeight);
     initCell(busyDay, 0);
@@ -268,6 +269,7 @@ int main(int argc, char *argv[])
         busyDay.render(&busyFrame);
         busyReloads.push_back(double(timer.nsecsElapsed()) / 1e6);
     }
+    const long long afterBusyDay = residentKiB();
 
     const ControlFigures control = controlFigures(std::max(3, iterations / 20));
 
@@ -285,5 +287,7 @@ int main(int argc, char *argv[])
     std::printf("memory: VmRSS %lld KiB before, %lld KiB after creating and filling the cells:"
                 " +%lld KiB (%.2f KiB per row)\n",
                 before, after, after - before, double(after - before) / rows);
+    std::printf("memory: VmRSS +%lld KiB after the cell of %d rows was filled and painted\n",
+                afterBusyDay - beforeBusyDay, BusyDayRows);
     return 0;
 }

@@ -165,7 +165,8 @@ void ctlDay::AddDate(qint32 dateId, const kvDate &dateBegin, const kvDate &dateE
         }
         if (imgId > 0)
             AddIcon(imgId);
-        update();
+        if (imgId > 0 || place.top() < InnerHeight())
+            update(); // a row added below the cell's edge changes nothing that shows
     });
 }
 

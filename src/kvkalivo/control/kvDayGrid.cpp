@@ -226,10 +226,10 @@ bool kvDayGrid::IsFirstCellOfRow(int index)
     return (index - 1) % 7 == 0;
 }
 
+//! The same calendar day: what comparing both as "dd-mm-yyyy" tells, without writing them out.
 bool kvDayGrid::IsToday(const kvDate &day)
 {
-    const QString pattern = QStringLiteral("dd-mm-yyyy");
-    return kv::Format(day, pattern) == kv::Format(kvPlatform::clock().Today(), pattern);
+    return day.date() == kvPlatform::clock().Today().date();
 }
 
 bool kvDayGrid::IsOtherMonth(const kvDate &day) const
