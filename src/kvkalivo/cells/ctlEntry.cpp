@@ -363,9 +363,10 @@ void ctlEntry::Paint(QPainter &painter, const QPalette &palette) const
     if (m_linSeperator.Visible) {
         // linSeperator lies at y 16, below a row of 15 or 16 pixels; it is drawn on the row's
         // last pixel line, the one pixel that Init leaves below the labels for it.
+        // The pixels of a one-pixel line from X1 to X2 - 1, filled: a fraction of a line's cost.
         const int y = Top() + qMin(m_linSeperator.Y1, Height() - 1);
-        painter.setPen(palette.color(QPalette::Midlight));
-        painter.drawLine(Left() + m_linSeperator.X1, y, Left() + m_linSeperator.X2 - 1, y);
+        const QRect line(Left() + m_linSeperator.X1, y, m_linSeperator.X2 - m_linSeperator.X1, 1);
+        painter.fillRect(line, palette.color(QPalette::Midlight));
     }
 }
 
