@@ -210,6 +210,18 @@ private slots:
         QCOMPARE(cell->Entries(1)->Width(), 180);
     }
 
+    // The grid writes BorderVisible on every arrangement: the value a cell has leaves it as it
+    // is, scrolled where the user left it.
+    void rewritingBorderVisibleKeepsTheCellAsItIs()
+    {
+        const auto cell = scrolledCell();
+        cell->VScroll()->setValue(3);
+        const QRect row = cell->Entries(5)->geometry();
+        cell->setBorderVisible(false);
+        QCOMPARE(cell->VScroll()->value(), 3);
+        QCOMPARE(cell->Entries(5)->geometry(), row);
+    }
+
     // Every positive ImageID adds an icon at 200 + k * 16, whichever rows carry them; an ID
     // below 11 adds an empty one. ClearDates leaves the first icon and hides the bar.
     void iconsAndClearDates()
