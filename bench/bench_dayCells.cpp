@@ -112,6 +112,25 @@ struct ControlFigures
     std::vector<double> paints;  //!< painted alone
 };
 
+// Named and kept out of line, so that callgrind can count each on its own, e.g.
+//   valgrind --tool=callgrind --collect-atstart=no --toggle-collect='*controlRefreshAndPaint*' ./bench_dayCells 20
+Q_NEVER_INLINE void controlRefreshAndPaint(kvKalivo &control, QImage &frame)
+{
+    control.Refresh();
+    control.render(&frame);
+}
+
+Q_NEVER_INLINE void controlResizeAndPaint(kvKalivo &control, QImage &frame, int width)
+{
+    control.resize(width, 800);
+    control.render(&frame);
+}
+
+Q_NEVER_INLINE void controlPaint(kvKalivo &control, QImage &frame)
+{
+    control.render(&frame);
+}
+
 template <typename Work>
 std::vector<double> timed(int runs, Work &&work)
 {
@@ -146,15 +165,9 @@ ControlFigures controlFigures(int runs)
     control.show();
     QImage frame(control.size(), QImage::Format_ARGB32_Premultiplied);
     ControlFigures figures;
-    figures.reloads = timed(runs, [&](int) {
-        control.Refresh();
-        control.render(&frame);
-    });
-    figures.resizes = timed(runs, [&](int run) {
-        control.resize(1280 - run % 2, 800);
-        control.render(&frame);
-    });
-    figures.paints = timed(runs, [&](int) { control.render(&frame); });
+    figures.reloads = timed(runs, [&](int) { controlRefreshAndPaint(control, frame); });
+    figures.resizes = timed(runs, [&](int run) { controlResizeAndPaint(control, frame, 1280 - run % 2); });
+    figures.paints = timed(runs, [&](int) { controlPaint(control, frame); });
     return figures;
 }
 
@@ -243,6 +256,7 @@ int main(int argc, char *argv[])
     }
 
     // A busy resource calendar: one day of 10,000 appointments, reloaded and painted.
+    const long long beforeBusyDay = residentKiB();
     ctlDay busyDay;
     busyDay.resize(CellWidth, CellHeight);
     initCell(busyDay, 0);
@@ -255,6 +269,7 @@ int main(int argc, char *argv[])
         busyDay.render(&busyFrame);
         busyReloads.push_back(double(timer.nsecsElapsed()) / 1e6);
     }
+    const long long afterBusyDay = residentKiB();
 
     const ControlFigures control = controlFigures(std::max(3, iterations / 20));
 
@@ -272,5 +287,7 @@ int main(int argc, char *argv[])
     std::printf("memory: VmRSS %lld KiB before, %lld KiB after creating and filling the cells:"
                 " +%lld KiB (%.2f KiB per row)\n",
                 before, after, after - before, double(after - before) / rows);
+    std::printf("memory: VmRSS +%lld KiB after the cell of %d rows was filled and painted\n",
+                afterBusyDay - beforeBusyDay, BusyDayRows);
     return 0;
 }

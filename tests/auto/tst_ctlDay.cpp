@@ -210,6 +210,18 @@ private slots:
         QCOMPARE(cell->Entries(1)->Width(), 180);
     }
 
+    // The grid writes BorderVisible on every arrangement: the value a cell has leaves it as it
+    // is, scrolled where the user left it.
+    void rewritingBorderVisibleKeepsTheCellAsItIs()
+    {
+        const auto cell = scrolledCell();
+        cell->VScroll()->setValue(3);
+        const QRect row = cell->Entries(5)->geometry();
+        cell->setBorderVisible(false);
+        QCOMPARE(cell->VScroll()->value(), 3);
+        QCOMPARE(cell->Entries(5)->geometry(), row);
+    }
+
     // Every positive ImageID adds an icon at 200 + k * 16, whichever rows carry them; an ID
     // below 11 adds an empty one. ClearDates leaves the first icon and hides the bar.
     void iconsAndClearDates()
@@ -265,6 +277,82 @@ private slots:
         addRow(*cell, QStringLiteral("eins"));
         QCOMPARE(cell->EntriesCount(), 1);
         QVERIFY(!cell->Entries(1)->ShowLineSeperator());
+    }
+
+    // A row gets its ctlEntry when first needed; made late, after the cell was laid out,
+    // scrolled or given more rows, it is what it would have been if AddDate had made it.
+    void rowsMadeLateMatchRowsMadeAtOnce_data()
+    {
+        QTest::addColumn<bool>("resize");
+        QTest::addColumn<int>("scrollValue");
+        QTest::addColumn<int>("rowsAddedAfter");
+        QTest::newRow("as added") << false << 0 << 0;
+        QTest::newRow("resized") << true << 0 << 0;
+        QTest::newRow("resized and scrolled") << true << 4 << 0;
+        QTest::newRow("added after scrolling") << true << 4 << 3;
+    }
+    void rowsMadeLateMatchRowsMadeAtOnce()
+    {
+        QFETCH(bool, resize);
+        QFETCH(int, scrollValue);
+        QFETCH(int, rowsAddedAfter);
+        const auto early = makeCell(180, 100);
+        const auto late = makeCell(180, 100);
+        const auto add = [&](int count) {
+            for (int i = 0; i < count; ++i) {
+                const kvDate begin = at(i % 3 == 0 ? 0 : 7 + i % 12, 5 * (i % 12));
+                for (ctlDay *cell : {early.get(), late.get()})
+                    addRow(*cell, QStringLiteral("Termin %1").arg(cell->EntriesCount() + 1), begin);
+                early->Entries(qint16(early->EntriesCount())); // made at once
+            }
+        };
+        add(12);
+        for (ctlDay *cell : {early.get(), late.get()}) {
+            if (resize)
+                cell->resize(181, 100);
+            cell->VScroll()->setValue(scrollValue);
+        }
+        add(rowsAddedAfter);
+        QCOMPARE(late->EntriesCount(), early->EntriesCount());
+        QCOMPARE(late->VScroll()->maximum(), early->VScroll()->maximum());
+        for (qint16 i = late->EntriesCount(); i >= 1; --i) { // the last first: nothing made in order
+            const ctlEntry *made = late->Entries(i);
+            const ctlEntry *expected = early->Entries(i);
+            QCOMPARE(made->geometry(), expected->geometry());
+            QCOMPARE(made->Text(), expected->Text());
+            QCOMPARE(made->Time(), expected->Time());
+            QCOMPARE(made->lblText().Caption, expected->lblText().Caption);
+            QCOMPARE(made->ShowLineSeperator(), expected->ShowLineSeperator());
+            QCOMPARE(made->Listindex(), i);
+            QVERIFY(made->Visible());
+        }
+    }
+
+    // After a busy day the cell keeps for reuse only the rows it can show or the next fill
+    // has, and lets go of the others once back in the event loop: a reload from a row's own
+    // double click must not delete the row under its signal.
+    void clearDatesLetsGoOfTheRowsOfABusyDay()
+    {
+        const auto cell = makeCell(180, 100);
+        addRows(*cell, 300);
+        for (qint16 i = 1; i <= 300; ++i)
+            cell->Entries(i); // read, as printing does: every row made
+        QCOMPARE(cell->ctlEntryArray().UBound(), 300);
+        const QPointer<ctlEntry> reused = cell->Entries(40);
+        const QPointer<ctlEntry> surplus = cell->Entries(41);
+        connect(cell.get(), &ctlDay::EntryDblClick, cell.get(), [&cell] {
+            cell->ClearDates();
+            addRows(*cell, 40);
+        });
+        showAndWait(*cell);
+        cell->SelectEntry(300);
+        const QPoint overLastRow(60, cell->Entries(300)->Top() + 5);
+        QTest::mouseDClick(cell->windowHandle(), Qt::LeftButton, Qt::NoModifier, overLastRow);
+        QCOMPARE(cell->EntriesCount(), 40);
+        QCoreApplication::sendPostedEvents(cell.get(), QEvent::MetaCall);
+        QVERIFY(reused && cell->Entries(40) == reused);
+        QVERIFY(!surplus);
+        QCOMPARE(cell->ctlEntryArray().UBound(), 40);
     }
 
     void entriesFailsForAnIndexNeverAdded()

@@ -11,10 +11,10 @@ const kvDate Begin = kvDate::fromDate(QDate(2025, 3, 14), QTime(10, 30));
 const kvDate End = kvDate::fromDate(QDate(2025, 3, 14), QTime(11, 15));
 const QString LongText = QStringLiteral("Besprechung mit der Geschäftsleitung über das Budget 2026");
 
-QFont rowFont()
+QFont rowFont(int pixelSize = 11)
 {
     QFont font = QApplication::font();
-    font.setPixelSize(11);
+    font.setPixelSize(pixelSize);
     return font;
 }
 
@@ -28,9 +28,9 @@ void initRow(ctlEntry &row, const QString &text, int rowWidth, const QString &ti
 }
 
 // The shortening rule written out: drop k = 1, 2, ... characters, add "...", take the first fit.
-QString shortened(const QString &text, int labelWidth)
+QString shortened(const QString &text, int labelWidth, const QFont &font = rowFont())
 {
-    const QFontMetrics metrics(rowFont());
+    const QFontMetrics metrics(font);
     if (metrics.horizontalAdvance(text) <= labelWidth)
         return text;
     for (qsizetype k = 1; text.size() - k >= 0; ++k) {
@@ -82,6 +82,24 @@ private slots:
             QCOMPARE(row.Text(), LongText);
             QCOMPARE(row.OverflowText(), row.lblText().Caption == LongText ? QString() : LongText);
         }
+    }
+
+    // Rows of one text share its measuring, yet each fits it to its own width and font.
+    void rowsOfOneTextFitTheirOwnWidthAndFont()
+    {
+        ctlEntry wide;
+        ctlEntry narrow;
+        initRow(wide, LongText, 300);
+        initRow(narrow, LongText, 120);
+        QCOMPARE(wide.lblText().Caption, shortened(LongText, 265));
+        QCOMPARE(narrow.lblText().Caption, shortened(LongText, 85));
+        QVERIFY(wide.lblText().Caption != narrow.lblText().Caption);
+        narrow.setFont(rowFont(16));
+        QCOMPARE(narrow.lblText().Caption, shortened(LongText, 85, rowFont(16)));
+        QVERIFY(narrow.lblText().Caption != shortened(LongText, 85));
+        narrow.setWidth(300);
+        QCOMPARE(narrow.lblText().Caption, shortened(LongText, 265, rowFont(16)));
+        QCOMPARE(wide.lblText().Caption, shortened(LongText, 265));
     }
 
     // A day header's number: bold on the selected day, bold and red (255) with the holiday name

@@ -6,7 +6,6 @@
 #include "kvDayRowScroller.h"
 #include "kvErrorReporting.h"
 #include "kvFaultSite.h"
-#include "kvFormat.h"
 #include "kvIconCatalogue.h"
 #include "kvInt16.h"
 #include "kvPropertyBag.h"
@@ -31,11 +30,6 @@ void reportFailures(int code, Work &&work) noexcept
     } catch (...) {
         kvErrorReporting::ReportFromDayCell(code, kvErrorReporting::DescribeCurrentException());
     }
-}
-
-QString entryKey(int index)
-{
-    return QString::number(index) + u'_';
 }
 
 // The row collection raises error 5 for a key it does not hold.
@@ -150,26 +144,17 @@ void ctlDay::AddDate(qint32 dateId, const kvDate &dateBegin, const kvDate &dateE
         m_lastRowIndex = kvInt16::add(m_lastRowIndex, 1);
         if (m_lastRowIndex == m_reservedRowIndex)
             m_lastRowIndex = kvInt16::add(m_lastRowIndex, 1);
-        const qint16 index = m_lastRowIndex;
 
-        ctlEntry *row = TakeRow(index);
         if (!m_entries)
             m_entries.emplace();
-        m_entries->rows.append(row);
-        m_entries->byKey.insert(entryKey(index), row);
-
-        if (m_entries->rows.size() >= 2) {
-            qint16 previous = kvInt16::subtract(index, 1);
-            if (previous == m_reservedRowIndex)
-                previous = kvInt16::subtract(index, 2);
-            m_rows(previous)->setShowLineSeperator(true);
-        }
-
-        row->Init(dateId, index, kv::Format(dateBegin, QStringLiteral("hh:nn")), dateBegin, dateEnd,
-                  text, remark, document, imgId, backColor, foreColor);
-        row->Move(0, m_nextRowTop, InnerWidth(), row->Height());
-        row->setVisible(true);
-        m_nextRowTop += row->Height();
+        QList<kvDayRow> &rows = m_entries->rows;
+        if (!rows.isEmpty())
+            rows.last().setShowLineSeperator(true); // every row but the last has a separator
+        // The row is as high as its Init makes it.
+        const QRect place(0, m_nextRowTop, InnerWidth(), ctlEntry::InitHeight);
+        rows.append(kvDayRow({dateId, dateBegin, dateEnd, text, remark, document, imgId,
+                              backColor, foreColor}, place));
+        m_nextRowTop += place.height();
 
         if (m_nextRowTop > InnerHeight()) {
             if (m_vScroll->isHidden()) {
@@ -180,12 +165,27 @@ void ctlDay::AddDate(qint32 dateId, const kvDate &dateBegin, const kvDate &dateE
         }
         if (imgId > 0)
             AddIcon(imgId);
-        update();
+        if (imgId > 0 || place.top() < InnerHeight())
+            update(); // a row added below the cell's edge changes nothing that shows
     });
 }
 
+/*!
+    The ctlEntry of the row at \a position (0 = the first added), made now if it is not yet.
+    Row i of the collection is the row with the index and key i: the reserved index is 0.
+*/
+ctlEntry *ctlDay::MadeRow(qsizetype position) const
+{
+    kvDayRow &row = m_entries->rows[position];
+    if (!row.entry()) {
+        const qint16 index = qint16(position + 1);
+        row.Attach(TakeRow(index), index);
+    }
+    return row.entry();
+}
+
 //! Row \a index as new: one that an earlier fill left behind, or one loaded now.
-ctlEntry *ctlDay::TakeRow(qint16 index)
+ctlEntry *ctlDay::TakeRow(qint16 index) const
 {
     if (!m_rows.isLoaded(index))
         return m_rows.Load(index);
@@ -225,9 +225,9 @@ void ctlDay::ClearDates()
 }
 
 /*!
-    The rows leave the cell's collection but stay loaded, hidden, for the next fill to reuse:
-    refilling a cell of thousands of rows then creates none. A row that leaves lets go of the
-    mouse, as a destroyed window loses its capture.
+    The rows leave the cell's collection but their ctlEntry objects stay loaded, hidden, for
+    the next fill to reuse. A row that leaves lets go of the mouse, as a destroyed window loses
+    its capture.
 */
 void ctlDay::DetachRows()
 {
@@ -235,19 +235,40 @@ void ctlDay::DetachRows()
     m_mouse->ForgetPress();
     if (!m_entries)
         return;
-    for (ctlEntry *row : std::as_const(m_entries->rows))
-        row->setVisible(false);
+    for (const kvDayRow &row : std::as_const(m_entries->rows)) {
+        if (ctlEntry *entry = row.entry())
+            entry->setVisible(false);
+    }
     m_entries->rows.clear();
-    m_entries->byKey.clear();
+    if (!m_trimPending && m_rows.UBound() > MinimumKeptRows) {
+        // Later, not now: the cell may be cleared from within a signal of one of its rows.
+        m_trimPending = true;
+        QMetaObject::invokeMethod(this, [this] {
+            reportFailures(FailureCode, [this] { TrimRows(); });
+        }, Qt::QueuedConnection);
+    }
+}
+
+/*!
+    After a busy day the cell would keep thousands of rows that the days after need no more:
+    it keeps those the cell can show at once, or the rows it has, whichever are more.
+*/
+void ctlDay::TrimRows()
+{
+    m_trimPending = false;
+    const int shown = InnerHeight() / RowHeight + 1;
+    const int kept = std::max({MinimumKeptRows, shown, EntriesCount()});
+    for (int index = m_rows.UBound(); index > kept; --index) {
+        if (m_rows.isLoaded(index))
+            m_rows.Unload(index);
+    }
 }
 
 ctlEntry *ctlDay::Entries(qint16 index) const
 {
-    if (m_entries) {
-        if (ctlEntry *row = m_entries->byKey.value(entryKey(index)))
-            return row;
-    }
-    throw unknownKey();
+    if (index < 1 || index > EntriesCount())
+        throw unknownKey();
+    return MadeRow(index - 1);
 }
 
 int ctlDay::EntriesCount() const
@@ -325,7 +346,10 @@ void ctlDay::setBorderVisible(bool visible)
     reportFailures(FailureCode, [this, visible] {
         m_borderVisible = visible;
         const int border = visible ? 1 : 0;
-        setContentsMargins(border, border, border, border);
+        const QMargins margins(border, border, border, border);
+        if (contentsMargins() == margins)
+            return; // the grid writes it on every arrangement: nothing to lay out again
+        setContentsMargins(margins);
         m_scroller->Resize(); // the inner area changed size although the cell did not
     });
 }
@@ -419,7 +443,9 @@ void ctlDay::wheelEvent(QWheelEvent *event)
 void ctlDay::SetCapture(qint16 entryIndex)
 {
     reportFailures(FailureCode, [this, entryIndex] {
-        m_mouse->CaptureRow(m_rows(entryIndex));
+        // A row of the collection is made for it; an index beyond is error 340 unless loaded.
+        const bool added = entryIndex >= 1 && entryIndex <= EntriesCount();
+        m_mouse->CaptureRow(added ? MadeRow(entryIndex - 1) : m_rows(entryIndex));
         if (isVisible())
             grabMouse();
     });

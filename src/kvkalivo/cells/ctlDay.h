@@ -3,9 +3,9 @@
 #include "ctlEntry.h"
 #include "kvControlArray.h"
 #include "kvDate.h"
+#include "kvDayRow.h"
 #include "kvkalivo_export.h"
 
-#include <QHash>
 #include <QList>
 #include <QPixmap>
 #include <QPointer>
@@ -26,7 +26,9 @@ class kvPropertyBag;
     The cell shows its header row \c ctlHeader (day number and day text), the icons of its
     appointments in the header (\c imgDateImage), one row per appointment (\c ctlEntry, reached
     through Entries()) and the scroll bar \c VScroll when the rows do not fit. Rows and icons are
-    painted by the cell; \c VScroll is a real child widget.
+    painted by the cell; \c VScroll is a real child widget. A row gets its ctlEntry only when it
+    is first painted, hit or asked for, so that a day of thousands of appointments fills and
+    lays out at the cost of the few rows that can be seen.
 
     Positions are pixels of the cell's inner area (inside the border when BorderVisible).
     Colours are OLE_COLOR values. Member routines report their failures as code 200 and the
@@ -71,6 +73,8 @@ public:
     static constexpr int IconSize = 16;
     //! The rows' labels are 14 pixels high; an 11-pixel font fits them at any screen resolution.
     static constexpr int FontPixelSize = 11;
+    //! Rows kept for the next fill to reuse are at least this many.
+    static constexpr int MinimumKeptRows = 32;
 
     explicit ctlDay(QWidget *parent = nullptr);
     ~ctlDay() override;
@@ -82,7 +86,11 @@ public:
     void AddDate(qint32 dateId, const kvDate &dateBegin, const kvDate &dateEnd,
                  const QString &text, const QString &remark, const QString &document,
                  qint16 imgId, uint backColor, uint foreColor);
-    //! Removes all rows and icons; the rows are kept hidden for the next AddDate calls to reuse.
+    /*!
+        Removes all rows and icons. Their ctlEntry objects are kept hidden for the next fill to
+        reuse, as many as the cell can show at once or the next fill has rows; the others are
+        deleted once control returns to the event loop.
+    */
     void ClearDates();
 
     kvDate datDay() const { return m_datDay; }
@@ -114,7 +122,7 @@ public:
     int EntriesCount() const;
 
     ctlEntry &ctlHeader() const { return *m_header; }
-    //! The row array; element 0 is the hidden template.
+    //! The row array of the rows made so far; element 0 is the hidden template.
     const kvControlArray<ctlEntry> &ctlEntryArray() const { return m_rows; }
     QScrollBar *VScroll() const { return m_vScroll; }
     //! Elements of the icon array, the hidden template 0 included.
@@ -170,19 +178,20 @@ protected:
     void focusInEvent(QFocusEvent *event) override;
 
 private:
-    //! The collection of the rows: insertion order, and the key index + "_".
+    //! The collection of the rows in insertion order: row i has the key i + "_".
     struct EntryCollection
     {
-        QList<ctlEntry *> rows;
-        QHash<QString, ctlEntry *> byKey;
+        QList<kvDayRow> rows;
     };
 
     ctlEntry *CreateRow(int index);
     void ConnectRow(ctlEntry *row, qint16 index);
     void ConnectHeader();
     void AddIcon(qint16 imgId);
-    ctlEntry *TakeRow(qint16 index);
+    ctlEntry *MadeRow(qsizetype position) const;
+    ctlEntry *TakeRow(qint16 index) const;
     void DetachRows();
+    void TrimRows();
 
     void SyncLayout();
     int InnerWidth() const;
@@ -208,8 +217,10 @@ private:
     QSize m_laidOutSize;
 
     ctlEntry *m_header = nullptr;
-    kvControlArray<ctlEntry> m_rows;
-    std::optional<EntryCollection> m_entries; //!< unset until the first AddDate after ClearDates
+    // A row's ctlEntry is made on first use, by const readers (Entries, painting) as well.
+    mutable kvControlArray<ctlEntry> m_rows;
+    mutable std::optional<EntryCollection> m_entries; //!< unset until the first AddDate after ClearDates
+    bool m_trimPending = false;
     QList<Image> m_images;
     QScrollBar *m_vScroll = nullptr;
 

@@ -2,13 +2,12 @@
 
 #include "kvOleColor.h"
 #include "kvPropertyBag.h"
+#include "kvShapedTextCache.h"
 
 #include <QFontMetrics>
 #include <QPainter>
 #include <QPalette>
 #include <QStaticText>
-
-#include <algorithm>
 
 namespace {
 
@@ -49,7 +48,6 @@ void ctlEntry::Init(qint32 dateId, qint16 listindex, const QString &time, const 
     m_dateBegin = dateBegin;
     m_dateEnd = dateEnd;
     m_text = text;
-    m_textWidth = -1;
     m_imgId = imgId;
 
     m_lblTime.Caption = time == MidnightTime ? QString() : time;
@@ -157,9 +155,10 @@ void ctlEntry::setFont(const QFont &font)
     if (font == m_font)
         return;
     m_font = font;
-    m_metrics = QFontMetrics(font);
-    m_textWidth = -1;
-    m_ellipsisWidth = -1;
+    m_texts.reset();
+    m_labelTexts[0].reset();
+    m_labelTexts[1].reset();
+    m_shapedTime = m_shapedText = ShapedCaption();
     LayOutCaption();
 }
 
@@ -190,13 +189,34 @@ void ctlEntry::EnsureLayout() const
     if (!m_layoutPending)
         return;
     m_layoutPending = false;
-    if (TextFits()) {
+    kvShapedTextCache &texts = MeasuringTexts();
+    const int room = m_lblText.Geometry.width();
+    if (texts.Width(m_text) <= room) {
         m_overflowText.clear();
         m_lblText.Caption = m_text;
     } else {
         m_overflowText = m_text;
-        m_lblText.Caption = ShortenedCaption();
+        m_lblText.Caption = texts.Shortened(m_text, room);
     }
+}
+
+//! The caption is fitted in the row's own font, whichever face its labels are drawn in.
+kvShapedTextCache &ctlEntry::MeasuringTexts() const
+{
+    if (!m_texts)
+        m_texts = kvShapedTextCache::ForFont(m_font);
+    return *m_texts;
+}
+
+kvShapedTextCache &ctlEntry::LabelTexts(bool bold) const
+{
+    std::shared_ptr<kvShapedTextCache> &texts = m_labelTexts[bold ? 1 : 0];
+    if (!texts) {
+        QFont font = m_font;
+        font.setBold(bold);
+        texts = kvShapedTextCache::ForFont(font);
+    }
+    return *texts;
 }
 
 const ctlEntry::Label &ctlEntry::lblText() const
@@ -209,75 +229,6 @@ QString ctlEntry::OverflowText() const
 {
     EnsureLayout();
     return m_overflowText;
-}
-
-/*!
-    The caption is the first candidate that fits among Text shortened by k = 1, 2, 3, ...
-    characters plus "...". A longer prefix is never narrower, so the first fitting
-    candidate is the longest fitting one. It is searched between a prefix known to fit and
-    one known not to: each step guesses from the two widths where the room runs out (a few
-    measurements for ordinary text, where one per character was slow enough to show in a
-    month of rows) and halves the interval instead when guessing stops closing in.
-
-    When even "..." alone does not fit, no candidate does: the caption is then "", so that a
-    caption never draws wider than its label.
-*/
-QString ctlEntry::ShortenedCaption() const
-{
-    const QString ellipsis = Ellipsis.toString();
-    const int room = m_lblText.Geometry.width();
-    if (EllipsisWidth() > room)
-        return QString();
-    qsizetype fitting = 0;             // a prefix length whose candidate fits
-    qsizetype tooLong = m_text.size(); // Text does not fit, so neither does Text + "..."
-    int fittingWidth = EllipsisWidth();
-    int tooLongWidth = TextWidth() + EllipsisWidth();
-    bool lastFitted = false;
-    int sameSideSteps = 0;
-    while (tooLong - fitting > 1) {
-        qsizetype guess = fitting + (tooLong - fitting) / 2;
-        if (sameSideSteps < 2 && tooLongWidth > fittingWidth) {
-            guess = fitting + qsizetype(double(room - fittingWidth) * double(tooLong - fitting)
-                                        / double(tooLongWidth - fittingWidth));
-        }
-        guess = std::clamp(guess, fitting + 1, tooLong - 1);
-        const int width = TextWidth(m_text.left(guess) + ellipsis);
-        const bool fits = width <= room;
-        sameSideSteps = fits == lastFitted ? sameSideSteps + 1 : 1;
-        lastFitted = fits;
-        if (fits) {
-            fitting = guess;
-            fittingWidth = width;
-        } else {
-            tooLong = guess;
-            tooLongWidth = width;
-        }
-    }
-    return m_text.left(fitting) + ellipsis;
-}
-
-int ctlEntry::EllipsisWidth() const
-{
-    if (m_ellipsisWidth < 0)
-        m_ellipsisWidth = TextWidth(Ellipsis.toString());
-    return m_ellipsisWidth;
-}
-
-bool ctlEntry::TextFits() const
-{
-    return TextWidth() <= m_lblText.Geometry.width();
-}
-
-int ctlEntry::TextWidth() const
-{
-    if (m_textWidth < 0)
-        m_textWidth = TextWidth(m_text);
-    return m_textWidth;
-}
-
-int ctlEntry::TextWidth(const QString &text) const
-{
-    return m_metrics.horizontalAdvance(text);
 }
 
 // --- Persistence -----------------------------------------------------------------------------
@@ -412,9 +363,10 @@ void ctlEntry::Paint(QPainter &painter, const QPalette &palette) const
     if (m_linSeperator.Visible) {
         // linSeperator lies at y 16, below a row of 15 or 16 pixels; it is drawn on the row's
         // last pixel line, the one pixel that Init leaves below the labels for it.
+        // The pixels of a one-pixel line from X1 to X2 - 1, filled: a fraction of a line's cost.
         const int y = Top() + qMin(m_linSeperator.Y1, Height() - 1);
-        painter.setPen(palette.color(QPalette::Midlight));
-        painter.drawLine(Left() + m_linSeperator.X1, y, Left() + m_linSeperator.X2 - 1, y);
+        const QRect line(Left() + m_linSeperator.X1, y, m_linSeperator.X2 - m_linSeperator.X1, 1);
+        painter.fillRect(line, palette.color(QPalette::Midlight));
     }
 }
 
@@ -437,7 +389,7 @@ void ctlEntry::PaintLabel(QPainter &painter, const QPalette &palette, const Labe
     // lblText gets no indent: a caption that fits its label exactly must show whole.
     const int indent = &label == &m_lblTime ? TimeIndent : 0;
     const QRect textRect = rect.adjusted(indent, 0, 0, 0);
-    const QStaticText &text = Shaped(label, font);
+    const QStaticText &text = Shaped(label);
     const QSizeF size = text.size();
     const QPointF topLeft(textRect.left(), textRect.top() + (textRect.height() - size.height()) / 2);
     // Clipped to its label, as a row partly under the header or below the cell's edge is.
@@ -451,15 +403,10 @@ void ctlEntry::PaintLabel(QPainter &painter, const QPalette &palette, const Labe
         painter.restore();
 }
 
-const QStaticText &ctlEntry::Shaped(const Label &label, const QFont &font) const
+const QStaticText &ctlEntry::Shaped(const Label &label) const
 {
     ShapedCaption &shaped = &label == &m_lblTime ? m_shapedTime : m_shapedText;
-    if (shaped.text.text() != label.Caption || shaped.font != font) {
-        shaped.text.setText(label.Caption);
-        shaped.text.setTextFormat(Qt::PlainText);
-        shaped.text.setPerformanceHint(QStaticText::AggressiveCaching);
-        shaped.text.prepare(QTransform(), font);
-        shaped.font = font;
-    }
+    if (shaped.text.text() != label.Caption || shaped.bold != label.Bold)
+        shaped = ShapedCaption{LabelTexts(label.Bold).Prepared(label.Caption), label.Bold};
     return shaped.text;
 }

@@ -11,9 +11,12 @@
 #include <QStaticText>
 #include <QString>
 
+#include <memory>
+
 class QPainter;
 class QPalette;
 class kvPropertyBag;
+class kvShapedTextCache;
 
 /*!
     \brief One appointment row of a day cell, and the header row of every cell.
@@ -25,8 +28,9 @@ class kvPropertyBag;
 
     Everything is in pixels of the row: its Left/Top are in the cell's inner area, the labels'
     geometry is relative to the row. The row measures its text in font(), which its cell sets
-    to the cell's own font. The shortened caption and the overflow text are worked out when
-    first read or painted, so a row that is never shown is never measured.
+    to the cell's own font, through the font's kvShapedTextCache, so that rows of the same
+    text share the measuring and the shaping. The shortened caption and the overflow text are
+    worked out when first read or painted, so a row that is never shown is never measured.
 */
 class KVKALIVO_TESTS_EXPORT ctlEntry : public QObject
 {
@@ -75,12 +79,12 @@ public:
     static constexpr int TimeColumnWidth = 35;
     //! Both labels are 14 pixels high, so a row is 15 pixels after Init (label + 1).
     static constexpr int LabelHeight = 14;
+    static constexpr int InitHeight = LabelHeight + 1;
     static constexpr int SeparatorY = 16;
     //! "00:00": a row beginning at midnight shows no time.
     static constexpr QStringView MidnightTime = u"00:00";
     //! Written to lblTime by IsContinuedDate, whatever value is written.
     static constexpr QStringView ContinuedMarker = u"<--";
-    static constexpr QStringView Ellipsis = u"...";
 
     //! Property-bag defaults.
     static constexpr uint DefaultBackColor = 0x8000000Au;
@@ -199,17 +203,14 @@ private:
     bool setSize(int width, int height);
     void LayOutCaption();
     void EnsureLayout() const;
-    QString ShortenedCaption() const;
-    bool TextFits() const;
-    int EllipsisWidth() const;
-    int TextWidth() const; //!< of Text
-    int TextWidth(const QString &text) const;
+    kvShapedTextCache &MeasuringTexts() const;
+    kvShapedTextCache &LabelTexts(bool bold) const;
     void ApplyHolidayLook();
     const Label *LabelAt(Part part) const;
     QPointF ToRowPixels(Part part, QPointF rowPos) const;
     static QPointF LabelToRow(const Label &label, QPointF labelPos);
     void PaintLabel(QPainter &painter, const QPalette &palette, const Label &label) const;
-    const QStaticText &Shaped(const Label &label, const QFont &font) const;
+    const QStaticText &Shaped(const Label &label) const;
 
     qint32 m_dateId = 0;
     qint16 m_listindex = 0;
@@ -229,19 +230,19 @@ private:
     bool m_visible = false;
     QRect m_geometry;
     QFont m_font;
-    QFontMetrics m_metrics{m_font};
-    // Laid out on first use (LayOutCaption); -1: not measured yet.
+    // The shared caches of m_font and of the labels' regular and bold faces; taken on first use.
+    mutable std::shared_ptr<kvShapedTextCache> m_texts;
+    mutable std::shared_ptr<kvShapedTextCache> m_labelTexts[2];
+    // Laid out on first use (LayOutCaption).
     mutable bool m_layoutPending = false;
-    mutable int m_textWidth = -1;
-    mutable int m_ellipsisWidth = -1;
     Label m_lblTime;
     mutable Label m_lblText;
 
-    //! A label's caption shaped once, painted as often as the cell is.
+    //! A label's caption as last painted, kept so that a repaint looks nothing up.
     struct ShapedCaption
     {
         QStaticText text;
-        QFont font;
+        bool bold = false;
     };
     mutable ShapedCaption m_shapedTime;
     mutable ShapedCaption m_shapedText;

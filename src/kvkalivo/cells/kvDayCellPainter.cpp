@@ -26,9 +26,10 @@ void kvDayCellPainter::Paint(QPaintEvent *event) const
     painter.translate(inner.topLeft());
     const QRect dirty = event->rect().translated(-inner.topLeft());
     if (m_cell.m_entries) {
-        for (const ctlEntry *row : m_cell.m_entries->rows) {
-            if (row->geometry().intersects(dirty))
-                row->Paint(painter, colours);
+        const QList<kvDayRow> &rows = m_cell.m_entries->rows;
+        for (qsizetype i = 0; i < rows.size(); ++i) {
+            if (rows.at(i).geometry().intersects(dirty))
+                m_cell.MadeRow(i)->Paint(painter, colours);
         }
     }
     m_cell.m_header->Paint(painter, colours); // rows scrolled above it pass beneath the header

@@ -54,9 +54,12 @@ kvDayMouseRouter::Target kvDayMouseRouter::HitTest(QPointF innerPos) const
     if (over(m_cell.m_header))
         return {Area::Header, m_cell.m_header};
     if (m_cell.m_entries) {
-        for (ctlEntry *row : m_cell.m_entries->rows) {
-            if (over(row))
-                return {Area::Row, row};
+        const QList<kvDayRow> &rows = m_cell.m_entries->rows;
+        for (qsizetype i = 0; i < rows.size(); ++i) {
+            // Only a row whose place holds the point is made to look closer.
+            if (rows.at(i).Visible() && QRectF(rows.at(i).geometry()).contains(innerPos)
+                && over(m_cell.MadeRow(i)))
+                return {Area::Row, m_cell.MadeRow(i)};
         }
     }
     return {Area::Background, {}};

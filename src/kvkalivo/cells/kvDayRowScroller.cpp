@@ -37,15 +37,16 @@ void kvDayRowScroller::Resize()
     m_cell.m_nextRowTop = header->Height();
     bar->setMaximum(0);
 
-    for (qsizetype i = 0; i < m_cell.EntriesCount(); ++i) {
-        ctlEntry *row = m_cell.m_entries->rows.at(i);
-        row->setTop(m_cell.m_nextRowTop);
-        row->setWidth(innerWidth);
-        row->setHeight(ctlDay::RowHeight);
-        m_cell.m_nextRowTop += row->Height();
-        if (m_cell.m_nextRowTop > innerHeight)
-            bar->setMaximum(kvInt16::add(bar->maximum(), 1));
+    int overflowing = 0;
+    if (m_cell.m_entries) {
+        for (kvDayRow &row : m_cell.m_entries->rows) {
+            row.setGeometry(QRect(0, m_cell.m_nextRowTop, innerWidth, ctlDay::RowHeight));
+            m_cell.m_nextRowTop += row.geometry().height();
+            if (m_cell.m_nextRowTop > innerHeight)
+                overflowing = kvInt16::add(overflowing, 1);
+        }
     }
+    bar->setMaximum(overflowing);
 
     // Rows that overflow the cell show the bar; an empty cell lower than its header never
     // shows it, though its header alone overflows.
@@ -81,24 +82,30 @@ void kvDayRowScroller::Scrolling()
         m_cell.m_vScroll->hide();
         return;
     }
-    const QList<ctlEntry *> &rows = m_cell.m_entries->rows;
+    QList<kvDayRow> &rows = m_cell.m_entries->rows;
     if (rows.isEmpty())
         return;
-    const qint16 rowHeight = kvInt16::fromInt(m_cell.Entries(1)->Height());
+    const qint16 rowHeight = FirstRowHeight();
     const qint16 offset = kvInt16::multiply(m_cell.m_vScroll->value(), rowHeight);
     for (qsizetype i = 0; i < rows.size(); ++i) {
         const qint16 top = kvInt16::add(kvInt16::multiply(int(i), rowHeight), headerHeight);
-        rows.at(i)->setTop(kvInt16::subtract(top, offset));
+        rows[i].setTop(kvInt16::subtract(top, offset));
     }
     m_cell.update();
+}
+
+//! Every row is taken to be as high as the first.
+qint16 kvDayRowScroller::FirstRowHeight() const
+{
+    return kvInt16::fromInt(m_cell.m_entries->rows.constFirst().geometry().height());
 }
 
 void kvDayRowScroller::ScrollIntoView(qint16 index)
 {
     QScrollBar *bar = m_cell.m_vScroll;
-    if (!bar->isVisible())
+    if (!bar->isVisible() || m_cell.EntriesCount() == 0)
         return;
-    const int rowHeight = std::max(1, m_cell.Entries(1)->Height());
+    const int rowHeight = std::max<int>(1, FirstRowHeight());
     const int headerHeight = m_cell.m_header->Height();
     const int shownRows = std::max(1, (m_cell.InnerHeight() - headerHeight) / rowHeight);
     const int top = index - 1;

@@ -29,6 +29,7 @@ public:
     void Wheel(QWheelEvent *event);
 
 private:
+    qint16 FirstRowHeight() const;
     void PlaceScrollBar(bool visible);
     void PlaceIcons();
 
