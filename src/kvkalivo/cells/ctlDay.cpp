@@ -141,9 +141,7 @@ void ctlDay::AddDate(qint32 dateId, const kvDate &dateBegin, const kvDate &dateE
     reportFailures(FailureCode, [&] {
         KV_FAULT_SITE("ctlDay.AddDate", 0);
         SyncLayout();
-        m_lastRowIndex = kvInt16::add(m_lastRowIndex, 1);
-        if (m_lastRowIndex == m_reservedRowIndex)
-            m_lastRowIndex = kvInt16::add(m_lastRowIndex, 1);
+        m_lastRowIndex = kvInt16::add(m_lastRowIndex, 1); // a 16-bit index: overflow is error 6
 
         if (!m_entries)
             m_entries.emplace();
@@ -172,7 +170,7 @@ void ctlDay::AddDate(qint32 dateId, const kvDate &dateBegin, const kvDate &dateE
 
 /*!
     The ctlEntry of the row at \a position (0 = the first added), made now if it is not yet.
-    Row i of the collection is the row with the index and key i: the reserved index is 0.
+    Row i of the collection is the row with the index and key i.
 */
 ctlEntry *ctlDay::MadeRow(qsizetype position) const
 {
@@ -214,7 +212,6 @@ void ctlDay::ClearDates()
         m_activeEntryIndex = 0;
         SetFocusEntry(0);
         m_lastRowIndex = 0;
-        m_reservedRowIndex = 0;
         m_nextRowTop = m_header->Height();
         m_vScroll->hide();
         m_vScroll->setMaximum(0);

@@ -212,7 +212,6 @@ private:
     qint16 m_activeEntryIndex = 0;
     qint16 m_focusEntryIndex = 0;
     qint16 m_lastRowIndex = 0;
-    qint16 m_reservedRowIndex = 0;
     qint32 m_nextRowTop = 0;
     QSize m_laidOutSize;
 

@@ -4,7 +4,6 @@
 #include "kvPropertyBag.h"
 #include "kvShapedTextCache.h"
 
-#include <QFontMetrics>
 #include <QPainter>
 #include <QPalette>
 #include <QStaticText>

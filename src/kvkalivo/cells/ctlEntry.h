@@ -4,7 +4,6 @@
 #include "kvkalivo_export.h"
 
 #include <QFont>
-#include <QFontMetrics>
 #include <QObject>
 #include <QPointF>
 #include <QRect>
